@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Installs what building and testing need on Debian 12; does nothing when all is present.
+# Usage: scripts/install-deps.sh [fuzz]
+set -euo pipefail
+
+packages=(
+    g++ cmake ninja-build
+    qt6-base-dev qt6-httpserver-dev
+    # qt6-httpserver-dev's CMake package needs QtWebSockets but does not depend on it.
+    qt6-websockets-dev
+    libbenchmark-dev
+)
+if [[ "${1:-}" == fuzz ]]; then
+    packages+=(clang libclang-rt-14-dev)
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$'; then
+        missing+=("$package")
+    fi
+done
+[[ ${#missing[@]} -eq 0 ]] && exit 0
+
+sudo=()
+[[ $(id -u) -ne 0 ]] && sudo=(sudo)
+echo "Installing: ${missing[*]}"
+"${sudo[@]}" apt-get update -qq
+DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends \
+    "${missing[@]}"

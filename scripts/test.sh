@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds and runs the test suite.
+# Usage: scripts/test.sh [dev|asan]   (default dev)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+preset=${1:-dev}
+scripts/install-deps.sh
+cmake --preset "$preset"
+cmake --build --preset "$preset"
+ctest --preset "$preset"

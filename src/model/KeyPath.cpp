@@ -1,0 +1,14 @@
+#include "KeyPath.h"
+
+QString KeyPath::toString() const
+{
+    QString path = m_parent ? m_parent->toString() : QString();
+    if (m_index >= 0) {
+        path += u'[' + QString::number(m_index) + u']';
+    } else if (!m_key.isEmpty()) {
+        if (!path.isEmpty())
+            path += u'.';
+        path += m_key;
+    }
+    return path;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Result.h"
+#include "ZelMatch.h"
+
+#include <QByteArray>
+#include <QList>
+
+// The envelope {"matches": [...]} of the match list endpoints.
+struct MatchesResponse {
+    QList<ZelMatch> matches;
+
+    // One bad match fails the whole list: no element is skipped.
+    static Result<MatchesResponse> fromJson(const QJsonValue &value, const KeyPath &path = {});
+    static Result<MatchesResponse> fromJson(const QByteArray &json);
+};

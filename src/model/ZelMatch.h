@@ -1,0 +1,65 @@
+#pragma once
+
+#include "KeyPath.h"
+#include "Result.h"
+
+#include <QJsonValue>
+#include <QString>
+#include <QUrl>
+#include <optional>
+
+// One fixture, live game or finished game, flattened from the service's nested JSON.
+struct ZelMatch {
+    qint64 matchID = 0;
+    QString matchOrder;
+    QString matchName;
+    QString matchStatus = QStringLiteral("unknown");
+    std::optional<QString> startTime;
+    QString homeTeamID;
+    QString homeTeamName;
+    QString homeTeamLogo;
+    QString homeTeamAPICode;
+    QString awayTeamID;
+    QString awayTeamName;
+    QString awayTeamLogo;
+    QString awayTeamAPICode;
+    qint64 firstBattingTeamID = 0;
+    QString firstBattingTeamCode;
+    QString secondBattingTeamCode;
+    QString firstBattingSummary;
+    QString secondBattingSummary;
+    std::optional<QString> currentInnings;
+    QString currentStrikerName;
+    qint64 strikerRuns = 0;
+    qint64 strikerBalls = 0;
+    QString currentNonStrikerName;
+    qint64 nonStrikerRuns = 0;
+    qint64 nonStrikerBalls = 0;
+    QString currentBowlerName;
+    QString bowlerOvers;
+    qint64 bowlerWickets = 0;
+    QString winningTeamID;
+    QString comments;
+    QString groundName;
+    QString city;
+    QString tossDetails;
+
+    // Fails only for a value that is not an object or a missing or non-integer "matchID";
+    // every other broken group falls back to its defaults.
+    static Result<ZelMatch> fromJson(const QJsonValue &value, const KeyPath &path = {});
+
+    // Where a logo text points: paths beginning with "/" live on the score service.
+    static std::optional<QUrl> logoURL(const QString &logo, const QString &serviceBaseURL);
+
+    qint64 id() const { return matchID; }
+    std::optional<QUrl> homeTeamLogoURL() const;
+    std::optional<QUrl> awayTeamLogoURL() const;
+    QString homeTeamCode() const;
+    QString awayTeamCode() const;
+    QString formattedTossDetails() const;
+
+    friend bool operator==(const ZelMatch &, const ZelMatch &) = default;
+
+private:
+    bool homeBattedFirst() const;
+};

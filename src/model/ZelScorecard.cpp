@@ -1,0 +1,19 @@
+#include "ZelScorecard.h"
+
+#include "JsonDecoding.h"
+
+Result<ZelScorecard> ZelScorecard::fromJson(const QJsonValue &value, const KeyPath &path)
+{
+    auto object = JsonDecoding::object(value, path);
+    if (!object.isOk())
+        return object.error();
+    const QLatin1StringView inningsKey("innings");
+    return JsonDecoding::list<ZelInnings>(object.value().value(inningsKey),
+                                          KeyPath(path, inningsKey), &ZelInnings::fromJson)
+        .map([](QList<ZelInnings> innings) { return ZelScorecard{std::move(innings)}; });
+}
+
+Result<ZelScorecard> ZelScorecard::fromJson(const QByteArray &json)
+{
+    return JsonDecoding::document<ZelScorecard>(json);
+}

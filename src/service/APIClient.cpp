@@ -1,0 +1,118 @@
+#include "APIClient.h"
+
+#include "MatchesResponse.h"
+
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+
+namespace {
+
+// Foundation's wording, which users of such apps already know.
+QString transportDescription(const QNetworkReply &reply)
+{
+    switch (reply.error()) {
+    case QNetworkReply::OperationCanceledError:
+    case QNetworkReply::TimeoutError:
+        return QStringLiteral("The request timed out.");
+    case QNetworkReply::ConnectionRefusedError:
+        return QStringLiteral("Could not connect to the server.");
+    case QNetworkReply::RemoteHostClosedError:
+        return QStringLiteral("The network connection was lost.");
+    case QNetworkReply::HostNotFoundError:
+        return QStringLiteral("A server with the specified hostname could not be found.");
+    case QNetworkReply::SslHandshakeFailedError:
+        return QStringLiteral(
+            "An SSL error has occurred and a secure connection to the server cannot be made.");
+    case QNetworkReply::TemporaryNetworkFailureError:
+    case QNetworkReply::NetworkSessionFailedError:
+        return QStringLiteral("The Internet connection appears to be offline.");
+    default:
+        return reply.errorString();
+    }
+}
+
+// Errors below the HTTP layer (connection, timeout, proxy), and any error without a status
+// line, come from the transport; the rest only restate the status code.
+bool isTransportError(const QNetworkReply &reply, const QVariant &status)
+{
+    const QNetworkReply::NetworkError error = reply.error();
+    if (error == QNetworkReply::NoError)
+        return false;
+    return !status.isValid() || error < QNetworkReply::ContentAccessDenied;
+}
+
+} // namespace
+
+APIClient::APIClient(QString baseURL, std::chrono::milliseconds timeout, QObject *parent)
+    : QObject(parent)
+    , m_baseURL(std::move(baseURL))
+    , m_timeout(timeout)
+    , m_network(new QNetworkAccessManager(this))
+{
+}
+
+void APIClient::fetchTodayMatches(MatchesCompletion completion)
+{
+    fetchMatches(QStringLiteral("/api/matches/today"), std::move(completion));
+}
+
+void APIClient::fetchUpcomingMatches(MatchesCompletion completion)
+{
+    fetchMatches(QStringLiteral("/api/matches/upcoming"), std::move(completion));
+}
+
+void APIClient::fetchResultMatches(MatchesCompletion completion)
+{
+    fetchMatches(QStringLiteral("/api/matches/results"), std::move(completion));
+}
+
+void APIClient::fetchScorecard(qint64 matchID, Completion<ZelScorecard> completion)
+{
+    fetch<ZelScorecard>(scorecardURL(matchID), std::move(completion));
+}
+
+QString APIClient::scorecardURL(qint64 matchID) const
+{
+    return m_baseURL + QStringLiteral("/api/matches/%1/scorecard").arg(matchID);
+}
+
+void APIClient::fetchMatches(const QString &path, MatchesCompletion completion)
+{
+    fetch<MatchesResponse>(m_baseURL + path,
+                           [completion = std::move(completion)](Result<MatchesResponse> response) {
+                               completion(std::move(response).map(
+                                   [](MatchesResponse r) { return std::move(r.matches); }));
+                           });
+}
+
+void APIClient::get(const QString &url, Completion<QByteArray> completion)
+{
+    const QUrl parsed(url, QUrl::StrictMode);
+    if (!parsed.isValid() || parsed.isRelative() || parsed.host().isEmpty()) {
+        completion(ZelError{errorDomain, -1, QStringLiteral("Invalid URL")});
+        return;
+    }
+
+    QNetworkRequest request(parsed);
+    request.setTransferTimeout(static_cast<int>(m_timeout.count()));
+    QNetworkReply *reply = m_network->get(request);
+    // The client is the context: once it is gone, so is the callback.
+    connect(reply, &QNetworkReply::finished, this,
+            [reply, completion = std::move(completion)] {
+                reply->deleteLater();
+                const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+                if (isTransportError(*reply, status)) {
+                    completion(ZelError{transportErrorDomain, reply->error(),
+                                        transportDescription(*reply)});
+                    return;
+                }
+                const int code = status.isValid() ? status.toInt() : -1;
+                QByteArray body = reply->readAll();
+                if (code < 200 || code > 299 || body.isEmpty()) {
+                    completion(ZelError{errorDomain, code, QStringLiteral("HTTP %1").arg(code)});
+                    return;
+                }
+                completion(std::move(body));
+            });
+}

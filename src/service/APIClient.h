@@ -1,0 +1,64 @@
+#pragma once
+
+#include "JsonDecoding.h"
+#include "Result.h"
+#include "ZelMatch.h"
+#include "ZelConfig.h"
+#include "ZelScorecard.h"
+
+#include <QObject>
+#include <chrono>
+#include <functional>
+
+class QNetworkAccessManager;
+
+template <typename Record>
+concept JsonDecodable = requires(const QByteArray &json) {
+    { JsonDecoding::document<Record>(json) } -> std::same_as<Result<Record>>;
+};
+
+// The only code that talks to the score service: plain GETs, no retries, no caching.
+// Every completion is called exactly once, on this object's thread and never before the call
+// returns, except the "Invalid URL" failure, which completes at once. Completions still pending
+// when the client is destroyed are dropped.
+class APIClient : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr std::chrono::milliseconds defaultTimeout{15000};
+    static inline const QString errorDomain = QStringLiteral("APIClient");
+    static inline const QString transportErrorDomain = QStringLiteral("Network");
+
+    template <typename T> using Completion = std::function<void(Result<T>)>;
+    using MatchesCompletion = Completion<QList<ZelMatch>>;
+
+    explicit APIClient(QString baseURL = QString::fromLatin1(ZelConfig::scoreServiceURL),
+                       std::chrono::milliseconds timeout = defaultTimeout,
+                       QObject *parent = nullptr);
+
+    void fetchTodayMatches(MatchesCompletion completion);
+    void fetchUpcomingMatches(MatchesCompletion completion);
+    void fetchResultMatches(MatchesCompletion completion);
+    void fetchScorecard(qint64 matchID, Completion<ZelScorecard> completion);
+
+    // Downloads the URL and decodes its body into Record.
+    template <JsonDecodable Record> void fetch(const QString &url, Completion<Record> completion)
+    {
+        get(url, [completion = std::move(completion)](Result<QByteArray> body) {
+            if (!body.isOk())
+                completion(body.error());
+            else
+                completion(JsonDecoding::document<Record>(body.value()));
+        });
+    }
+
+    QString scorecardURL(qint64 matchID) const;
+
+private:
+    void fetchMatches(const QString &path, MatchesCompletion completion);
+    void get(const QString &url, Completion<QByteArray> completion);
+
+    QString m_baseURL;
+    std::chrono::milliseconds m_timeout;
+    QNetworkAccessManager *m_network;
+};

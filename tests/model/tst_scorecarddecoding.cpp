@@ -1,0 +1,182 @@
+#include "ZelScorecard.h"
+
+#include "FailureText.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+static QJsonObject object(const QByteArray &json) { return QJsonDocument::fromJson(json).object(); }
+
+static QString describe(const ZelBattingEntry &e)
+{
+    return QStringList{e.name, e.runs, e.balls, e.fours, e.sixes, e.strikeRate, e.isNotOut}.join(
+        u'|');
+}
+
+static QString describe(const ZelBowlingEntry &e)
+{
+    return QStringList{e.name, e.overs, e.maidens, e.runs, e.wickets, e.economy}.join(u'|');
+}
+
+static QByteArray innings(int number, const char *extra = "")
+{
+    return QByteArray(R"({"inningsNo": )") + QByteArray::number(number) +
+           R"(, "battingTeamName": "Lions", "batting": [{"name": "A"}], "bowling": [{"name": "B"}])" +
+           extra + "}";
+}
+
+class ScorecardDecodingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void strikeRate_data()
+    {
+        QTest::addColumn<QString>("sent");
+        QTest::addColumn<QString>("shown");
+
+        QTest::newRow("one decimal") << "87.5" << "87.5";
+        QTest::newRow("rounded to one decimal") << "66.666" << "66.7";
+        QTest::newRow("integer gains a decimal") << "0" << "0.0";
+        QTest::newRow("five characters drop decimals") << "133.33" << "133";
+        QTest::newRow("100.0 is five characters") << "100.0" << "100";
+        QTest::newRow("rounding up to five characters") << "99.99" << "100";
+        QTest::newRow("four digits") << "1000" << "1000";
+        QTest::newRow("exponent") << "1e2" << "100";
+        QTest::newRow("printf rounds the binary value") << "0.05" << "0.1";
+        QTest::newRow("printf rounds an exact tie to even") << "0.25" << "0.2";
+        QTest::newRow("negative") << "-5.25" << "-5.2";
+        QTest::newRow("empty") << "" << "-";
+        QTest::newRow("dash kept") << "-" << "-";
+        QTest::newRow("text kept") << "NA" << "NA";
+        QTest::newRow("leading space kept verbatim") << " 87.5" << " 87.5";
+        QTest::newRow("trailing space kept verbatim") << "87.5 " << "87.5 ";
+        QTest::newRow("trailing garbage kept verbatim") << "87.5x" << "87.5x";
+        QTest::newRow("decimal comma kept verbatim") << "87,5" << "87,5";
+    }
+
+    void strikeRate()
+    {
+        QFETCH(QString, sent);
+        QTEST(ZelBattingEntry::normalisedStrikeRate(sent), "shown");
+    }
+
+    void battingEntry_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("empty object") << QByteArray("{}") << "|0|0|0|0|-|0";
+        QTest::newRow("complete")
+            << QByteArray(R"({"name": "Asha", "runs": 52, "balls": 39, "fours": 6, "sixes": 1,
+                              "strikeRate": "133.33", "isNotOut": true})")
+            << "Asha|52|39|6|1|133|1";
+        QTest::newRow("wrong types give placeholders")
+            << QByteArray(R"({"name": 5, "runs": "12", "balls": 3.5, "fours": null,
+                              "sixes": [], "strikeRate": 87.5, "isNotOut": 1})")
+            << "|0|0|0|0|-|0";
+        QTest::newRow("not-out as text") << QByteArray(R"({"isNotOut": "true"})")
+                                         << "|0|0|0|0|-|0";
+        QTest::newRow("integral float and negative runs")
+            << QByteArray(R"({"runs": 12.0, "balls": -1})") << "|12|-1|0|0|-|0";
+        QTest::newRow("spaces and tabs trimmed, line break kept")
+            << QByteArray(R"({"name": "  Asha\t"})") << "Asha|0|0|0|0|-|0";
+        QTest::newRow("trailing line break kept")
+            << QByteArray(R"({"name": "Asha\n"})") << "Asha\n|0|0|0|0|-|0";
+    }
+
+    void battingEntry()
+    {
+        QFETCH(QByteArray, json);
+        QTEST(describe(ZelBattingEntry::fromJson(object(json))), "expected");
+    }
+
+    void bowlingEntry_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("empty object") << QByteArray("{}") << "|0|0|0|0|-";
+        QTest::newRow("complete")
+            << QByteArray(R"({"name": " Ravi ", "overs": "3.4", "maidens": 1, "runs": 28,
+                              "wickets": 2, "economy": "7.64"})")
+            << "Ravi|3.4|1|28|2|7.64";
+        QTest::newRow("numbers where text is expected")
+            << QByteArray(R"({"overs": 4, "economy": 7.5, "wickets": "2"})") << "|0|0|0|0|-";
+        QTest::newRow("economy not normalised")
+            << QByteArray(R"({"economy": "7.6666"})") << "|0|0|0|0|7.6666";
+    }
+
+    void bowlingEntry()
+    {
+        QFETCH(QByteArray, json);
+        QTEST(describe(ZelBowlingEntry::fromJson(object(json))), "expected");
+    }
+
+    void scorecardFailures_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("message");
+
+        QTest::newRow("no innings") << QByteArray("{}") << R"("innings" is missing)";
+        QTest::newRow("bowling missing in the second innings")
+            << (QByteArray(R"({"innings": [)") + innings(1) +
+                R"(, {"inningsNo": 2, "battingTeamName": "Tigers", "batting": []}]})")
+            << R"("innings[1].bowling" is missing)";
+        QTest::newRow("inningsNo as text")
+            << QByteArray(R"({"innings": [{"inningsNo": "1", "battingTeamName": "L",
+                                           "batting": [], "bowling": []}]})")
+            << R"("innings[0].inningsNo" should be an integer but is a string)";
+        QTest::newRow("null team name")
+            << QByteArray(R"({"innings": [{"inningsNo": 1, "battingTeamName": null,
+                                           "batting": [], "bowling": []}]})")
+            << R"("innings[0].battingTeamName" should be a string but is null)";
+        QTest::newRow("batting line not an object")
+            << QByteArray(R"({"innings": [{"inningsNo": 1, "battingTeamName": "L",
+                                           "batting": [{}, {}, "Asha"], "bowling": []}]})")
+            << R"("innings[0].batting[2]" should be an object but is a string)";
+        QTest::newRow("bowling is an object")
+            << QByteArray(R"({"innings": [{"inningsNo": 1, "battingTeamName": "L",
+                                           "batting": [], "bowling": {}}]})")
+            << R"("innings[0].bowling" should be an array but is an object)";
+        QTest::newRow("not JSON") << QByteArray("<html>") << "malformed JSON";
+    }
+
+    void scorecardFailures()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, message);
+        const auto result = ZelScorecard::fromJson(json);
+        QVERIFY(!result.isOk());
+        QVERIFY2(result.error().description.contains(message),
+                 qPrintable(result.error().description));
+    }
+
+    void scorecardKeepsOrderAndDuplicates()
+    {
+        const auto empty = ZelScorecard::fromJson(QByteArray(R"({"innings": []})"));
+        QVERIFY(empty.isOk());
+        QVERIFY(empty.value().innings.isEmpty());
+
+        const QByteArray json = QByteArray(R"({"innings": [)") + innings(2) + "," +
+                                innings(1, R"(, "extra": 1)") + "]}";
+        const auto result = ZelScorecard::fromJson(json);
+        QVERIFY2(result.isOk(), failureText(result));
+        const auto &all = result.value().innings;
+        QCOMPARE(all.size(), 2);
+        QCOMPARE(all[0].id(), 2);
+        QCOMPARE(all[1].id(), 1);
+        QCOMPARE(all[1].battingTeamName, QStringLiteral("Lions"));
+
+        const auto duplicates = ZelScorecard::fromJson(QByteArray(R"({"innings": [{"inningsNo": 1,
+            "battingTeamName": "L", "batting": [{"name": "A", "runs": 1}, {"name": "A", "runs": 2}],
+            "bowling": []}]})"));
+        QVERIFY(duplicates.isOk());
+        const auto &batting = duplicates.value().innings[0].batting;
+        QCOMPARE(batting.size(), 2);
+        QCOMPARE(batting[1].runs, QStringLiteral("2"));
+    }
+};
+
+QTEST_GUILESS_MAIN(ScorecardDecodingTest)
+#include "tst_scorecarddecoding.moc"

@@ -1,0 +1,247 @@
+#include "APIClient.h"
+#include "FixtureServer.h"
+#include "MatchesResponse.h"
+
+#include "FailureText.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <memory>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+const QByteArray twoMatches = R"({"matches": [{"matchID": 1, "status": "live"}, {"matchID": 2}]})";
+const QByteArray scorecard = R"({"innings": [{"inningsNo": 1, "battingTeamName": "Lions",
+    "batting": [{"name": "Asha", "runs": 10}], "bowling": []}]})";
+
+// What a completion received, and whether it arrived before the call returned.
+template <typename T> struct Outcome {
+    int calls = 0;
+    bool duringCall = false;
+    std::optional<Result<T>> result;
+};
+
+template <typename T, typename Start> std::shared_ptr<Outcome<T>> run(Start start)
+{
+    auto outcome = std::make_shared<Outcome<T>>();
+    bool returned = false;
+    start([outcome, &returned](Result<T> result) {
+        ++outcome->calls;
+        outcome->duringCall = !returned;
+        outcome->result = std::move(result);
+    });
+    returned = true;
+    if (!QTest::qWaitFor([&] { return outcome->calls > 0; }, 10000))
+        qWarning("completion never arrived");
+    // Give a stray second call the chance to show up.
+    QTest::qWait(50);
+    return outcome;
+}
+
+} // namespace
+
+class APIClientTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void statusAndBody_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("error"); // empty: success
+
+        QTest::newRow("200") << 200 << twoMatches << "";
+        QTest::newRow("299") << 299 << twoMatches << "";
+        QTest::newRow("199") << 199 << twoMatches << "HTTP 199";
+        QTest::newRow("300") << 300 << twoMatches << "HTTP 300";
+        QTest::newRow("404 with a JSON body") << 404 << QByteArray(R"({"error":"no"})")
+                                              << "HTTP 404";
+        QTest::newRow("400") << 400 << QByteArray() << "HTTP 400";
+        QTest::newRow("503") << 503 << twoMatches << "HTTP 503";
+        QTest::newRow("200 without a body") << 200 << QByteArray() << "HTTP 200";
+        QTest::newRow("204") << 204 << QByteArray() << "HTTP 204";
+    }
+
+    void statusAndBody()
+    {
+        QFETCH(int, status);
+        QFETCH(QByteArray, body);
+        QFETCH(QString, error);
+
+        FixtureServer server;
+        server.script("/api/matches/today", {status, body});
+        APIClient client(server.baseURL());
+        auto outcome = run<QList<ZelMatch>>(
+            [&](auto completion) { client.fetchTodayMatches(std::move(completion)); });
+
+        QCOMPARE(outcome->calls, 1);
+        QVERIFY(!outcome->duringCall);
+        const auto &result = *outcome->result;
+        if (error.isEmpty()) {
+            QVERIFY2(result.isOk(), failureText(result));
+            QCOMPARE(result.value().size(), 2);
+            QCOMPARE(result.value()[0].matchStatus, QStringLiteral("live"));
+        } else {
+            QVERIFY(!result.isOk());
+            QCOMPARE(result.error(), (ZelError{"APIClient", status, error}));
+        }
+    }
+
+    void eachEndpointHasItsPath_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("today") << "/api/matches/today";
+        QTest::newRow("upcoming") << "/api/matches/upcoming";
+        QTest::newRow("results") << "/api/matches/results";
+    }
+
+    void eachEndpointHasItsPath()
+    {
+        QFETCH(QString, path);
+        FixtureServer server;
+        server.script(path, {200, twoMatches});
+        APIClient client(server.baseURL());
+        const QHash<QString, void (APIClient::*)(APIClient::MatchesCompletion)> operations{
+            {"/api/matches/today", &APIClient::fetchTodayMatches},
+            {"/api/matches/upcoming", &APIClient::fetchUpcomingMatches},
+            {"/api/matches/results", &APIClient::fetchResultMatches}};
+        auto outcome = run<QList<ZelMatch>>(
+            [&](auto completion) { (client.*operations.value(path))(std::move(completion)); });
+
+        QVERIFY(outcome->result->isOk());
+        QCOMPARE(server.requestedPaths(), QStringList{path});
+    }
+
+    void scorecardOfAMatch()
+    {
+        FixtureServer server;
+        server.script("/api/matches/1234/scorecard", {200, scorecard});
+        APIClient client(server.baseURL());
+        QCOMPARE(client.scorecardURL(1234), server.baseURL() + "/api/matches/1234/scorecard");
+
+        auto outcome = run<ZelScorecard>(
+            [&](auto completion) { client.fetchScorecard(1234, std::move(completion)); });
+        QVERIFY2(outcome->result->isOk(), failureText(*outcome->result));
+        QCOMPARE(outcome->result->value().innings[0].batting[0].runs, QStringLiteral("10"));
+        QCOMPARE(server.requestedPaths(), QStringList{"/api/matches/1234/scorecard"});
+    }
+
+    void decodingFailures_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("message");
+
+        QTest::newRow("empty object") << QByteArray("{}") << R"("matches" is missing)";
+        QTest::newRow("bad fourth matchID")
+            << QByteArray(R"({"matches": [{"matchID": 1}, {"matchID": 2}, {"matchID": 3},
+                                          {"matchID": "4"}]})")
+            << R"("matches[3].matchID")";
+        QTest::newRow("HTML error page with 200") << QByteArray("<html>oops</html>")
+                                                  << "malformed JSON";
+    }
+
+    void decodingFailures()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(QString, message);
+        FixtureServer server;
+        server.script("/api/matches/results", {200, body});
+        APIClient client(server.baseURL());
+        auto outcome = run<QList<ZelMatch>>(
+            [&](auto completion) { client.fetchResultMatches(std::move(completion)); });
+
+        QCOMPARE(outcome->calls, 1);
+        QVERIFY(!outcome->result->isOk());
+        QCOMPARE(outcome->result->error().domain, QStringLiteral("ZelDecoding"));
+        QVERIFY2(outcome->result->error().description.contains(message),
+                 qPrintable(outcome->result->error().description));
+    }
+
+    void transportFailures_data()
+    {
+        QTest::addColumn<FixtureResponse>("response");
+        QTest::addColumn<QString>("description");
+
+        QTest::newRow("answer slower than the timeout")
+            << FixtureResponse{200, twoMatches, 3s} << "The request timed out.";
+        QTest::newRow("connection dropped mid-body")
+            << FixtureResponse{200, twoMatches, 0ms, true} << "The network connection was lost.";
+    }
+
+    void transportFailures()
+    {
+        QFETCH(FixtureResponse, response);
+        QFETCH(QString, description);
+        FixtureServer server;
+        server.script("/api/matches/today", response);
+        APIClient client(server.baseURL(), 300ms);
+        auto outcome = run<QList<ZelMatch>>(
+            [&](auto completion) { client.fetchTodayMatches(std::move(completion)); });
+
+        QCOMPARE(outcome->calls, 1);
+        QVERIFY(!outcome->duringCall);
+        QVERIFY(!outcome->result->isOk());
+        QCOMPARE(outcome->result->error().domain, QStringLiteral("Network"));
+        QCOMPARE(outcome->result->error().description, description);
+    }
+
+    void connectionRefused()
+    {
+        quint16 closedPort = 0;
+        {
+            FixtureServer gone;
+            closedPort = QUrl(gone.baseURL()).port();
+        }
+        APIClient client(QStringLiteral("http://127.0.0.1:%1").arg(closedPort));
+        auto outcome = run<QList<ZelMatch>>(
+            [&](auto completion) { client.fetchTodayMatches(std::move(completion)); });
+        QVERIFY(!outcome->result->isOk());
+        QCOMPARE(outcome->result->error().description,
+                 QStringLiteral("Could not connect to the server."));
+    }
+
+    void invalidURLCompletesAtOnce_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::newRow("unclosed IPv6 host") << "http://[::1/api";
+        QTest::newRow("space in host") << "http://sc ores.example/api";
+        QTest::newRow("relative") << "/api/matches/today";
+        QTest::newRow("empty") << "";
+    }
+
+    void invalidURLCompletesAtOnce()
+    {
+        QFETCH(QString, url);
+        APIClient client;
+        int calls = 0;
+        std::optional<Result<MatchesResponse>> result;
+        client.fetch<MatchesResponse>(url, [&](Result<MatchesResponse> r) {
+            ++calls;
+            result = std::move(r);
+        });
+        QCOMPARE(calls, 1);
+        QCOMPARE(result->error(), (ZelError{"APIClient", -1, "Invalid URL"}));
+        QTest::qWait(20);
+        QCOMPARE(calls, 1);
+    }
+
+    void destroyedClientDropsItsCompletion()
+    {
+        FixtureServer server;
+        server.script("/api/matches/today", {200, twoMatches, 200ms});
+        auto client = std::make_unique<APIClient>(server.baseURL());
+        int calls = 0;
+        client->fetchTodayMatches([&](Result<QList<ZelMatch>>) { ++calls; });
+        QTRY_COMPARE(server.requestedPaths().size(), 1);
+        client.reset();
+        QTest::qWait(400);
+        QCOMPARE(calls, 0);
+    }
+};
+
+Q_DECLARE_METATYPE(FixtureResponse)
+
+QTEST_GUILESS_MAIN(APIClientTest)
+#include "tst_apiclient.moc"

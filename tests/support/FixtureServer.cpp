@@ -1,0 +1,55 @@
+#include "FixtureServer.h"
+
+#include <QHttpServerRequest>
+#include <QTcpSocket>
+#include <QTimer>
+
+FixtureServer::FixtureServer(QObject *parent) : QAbstractHttpServer(parent)
+{
+    m_port = listen(QHostAddress::LocalHost, 0);
+    if (m_port == 0)
+        qFatal("FixtureServer: cannot listen on 127.0.0.1");
+}
+
+QString FixtureServer::baseURL() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_port); }
+
+void FixtureServer::script(const QString &path, const FixtureResponse &response)
+{
+    m_scripts.insert(path, response);
+}
+
+bool FixtureServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)
+{
+    const QString path = request.url().path();
+    m_requestedPaths.append(path);
+    m_lastHeaders = request.headers();
+    const auto scripted = m_scripts.constFind(path);
+    const FixtureResponse response =
+        scripted != m_scripts.cend() ? *scripted : FixtureResponse{404, "{\"error\":\"not found\"}"};
+    if (response.delay.count() > 0)
+        QTimer::singleShot(response.delay, socket, [socket, response] { respond(socket, response); });
+    else
+        respond(socket, response);
+    return true;
+}
+
+void FixtureServer::missingHandler(const QHttpServerRequest &, QTcpSocket *socket)
+{
+    respond(socket, FixtureResponse{404, {}});
+}
+
+void FixtureServer::respond(QTcpSocket *socket, const FixtureResponse &response)
+{
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " Scripted\r\n";
+    head += "Content-Length: " + QByteArray::number(response.body.size()) + "\r\n";
+    if (!response.body.isEmpty())
+        head += "Content-Type: " + response.contentType + "\r\n";
+    head += "\r\n";
+    socket->write(head);
+    if (response.dropMidBody) {
+        socket->write(response.body.left(response.body.size() / 2));
+        socket->disconnectFromHost();
+        return;
+    }
+    socket->write(response.body);
+}

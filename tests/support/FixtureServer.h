@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QAbstractHttpServer>
+#include <QByteArray>
+#include <QHash>
+#include <QStringList>
+#include <chrono>
+
+// One scripted answer of the fixture server.
+struct FixtureResponse {
+    int status = 200;
+    QByteArray body; // empty: no body at all
+    std::chrono::milliseconds delay{0};
+    bool dropMidBody = false; // announce the full length, send half, close
+    QByteArray contentType = "application/json";
+};
+
+// A real HTTP server on 127.0.0.1 that answers each path as scripted; anything else is a 404.
+// Responses are written byte by byte, so any status line (199, 299) and any breakage is possible.
+class FixtureServer : public QAbstractHttpServer {
+    Q_OBJECT
+
+public:
+    explicit FixtureServer(QObject *parent = nullptr);
+
+    QString baseURL() const;
+    void script(const QString &path, const FixtureResponse &response);
+
+    // Paths in the order their requests arrived.
+    const QStringList &requestedPaths() const { return m_requestedPaths; }
+    QList<QPair<QByteArray, QByteArray>> lastRequestHeaders() const { return m_lastHeaders; }
+
+protected:
+    bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
+    void missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) override;
+
+private:
+    static void respond(QTcpSocket *socket, const FixtureResponse &response);
+
+    quint16 m_port = 0;
+    QHash<QString, FixtureResponse> m_scripts;
+    QStringList m_requestedPaths;
+    QList<QPair<QByteArray, QByteArray>> m_lastHeaders;
+};
