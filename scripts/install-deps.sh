@@ -8,7 +8,7 @@ packages=(
     qt6-base-dev qt6-httpserver-dev
     # qt6-httpserver-dev's CMake package needs QtWebSockets but does not depend on it.
     qt6-websockets-dev
-    libbenchmark-dev
+    libsimdjson-dev libbenchmark-dev
 )
 if [[ "${1:-}" == fuzz ]]; then
     packages+=(clang libclang-rt-14-dev)

@@ -1,12 +1,10 @@
 #include "EntryFields.h"
 
-#include "JsonDecoding.h"
-
 namespace EntryFields {
 
-QString trimmedName(const QJsonObject &object)
+QString trimmedName(const JsonDecoding::Object &object)
 {
-    const QString name = text(object, QLatin1StringView("name"), QString());
+    const QString name = text(object, "name", QString());
     const auto isBlank = [](QChar c) { return c == u' ' || c == u'\t'; };
     qsizetype begin = 0;
     qsizetype end = name.size();
@@ -17,15 +15,14 @@ QString trimmedName(const QJsonObject &object)
     return name.sliced(begin, end - begin);
 }
 
-QString text(const QJsonObject &object, QLatin1StringView key, const QString &fallback)
+QString text(const JsonDecoding::Object &object, std::string_view key, const QString &fallback)
 {
-    const QJsonValue value = object.value(key);
-    return value.isString() ? value.toString() : fallback;
+    return JsonDecoding::text(JsonDecoding::member(object, key)).value_or(fallback);
 }
 
-QString count(const QJsonObject &object, QLatin1StringView key)
+QString count(const JsonDecoding::Object &object, std::string_view key)
 {
-    return QString::number(JsonDecoding::exactInteger(object.value(key)).value_or(0));
+    return QString::number(JsonDecoding::exactInteger(JsonDecoding::member(object, key)).value_or(0));
 }
 
 } // namespace EntryFields

@@ -1,99 +1,134 @@
 #include "JsonDecoding.h"
 
-#include <QCborValue>
-#include <QJsonDocument>
-#include <QJsonParseError>
+#include <cmath>
 
 namespace JsonDecoding {
 namespace {
 
-QString typeName(const QJsonValue &value)
+QString typeName(const Element &value)
 {
     switch (value.type()) {
-    case QJsonValue::Null:
+    case simdjson::dom::element_type::NULL_VALUE:
         return QStringLiteral("null");
-    case QJsonValue::Bool:
+    case simdjson::dom::element_type::BOOL:
         return QStringLiteral("a boolean");
-    case QJsonValue::Double:
+    case simdjson::dom::element_type::INT64:
+    case simdjson::dom::element_type::UINT64:
+    case simdjson::dom::element_type::DOUBLE:
         return QStringLiteral("a number");
-    case QJsonValue::String:
+    case simdjson::dom::element_type::STRING:
         return QStringLiteral("a string");
-    case QJsonValue::Array:
+    case simdjson::dom::element_type::ARRAY:
         return QStringLiteral("an array");
-    case QJsonValue::Object:
-        return QStringLiteral("an object");
-    case QJsonValue::Undefined:
+    case simdjson::dom::element_type::OBJECT:
         break;
     }
-    return QStringLiteral("missing");
+    return QStringLiteral("an object");
 }
 
-ZelError mismatch(const QJsonValue &found, const KeyPath &path, const char *expected)
+ZelError mismatch(const Member &found, const KeyPath &path, const char *expected)
 {
     const QString where = path.toString();
     const QString location = where.isEmpty() ? QStringLiteral("the document") : u'"' + where + u'"';
-    const bool missing = found.isUndefined();
-    return ZelError{errorDomain, missing ? MissingValue : WrongType,
+    const QString problem =
+        found ? QStringLiteral("should be %1 but is %2")
+                    .arg(QLatin1StringView(expected), typeName(*found))
+              : QStringLiteral("is missing");
+    return ZelError{errorDomain, found ? WrongType : MissingValue,
                     QStringLiteral("The score service sent data that could not be read: %1 %2.")
-                        .arg(location, missing ? QStringLiteral("is missing")
-                                               : QStringLiteral("should be %1 but is %2")
-                                                     .arg(QLatin1StringView(expected),
-                                                          typeName(found)))};
+                        .arg(location, problem)};
+}
+
+QString toQString(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 } // namespace
 
-Result<QJsonValue> parse(const QByteArray &json)
+Member member(const Object &object, std::string_view key)
 {
-    QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);
-    if (parseError.error != QJsonParseError::NoError) {
-        return ZelError{errorDomain, MalformedJson,
-                        QStringLiteral("The score service sent malformed JSON: %1 at byte %2.")
-                            .arg(parseError.errorString())
-                            .arg(parseError.offset)};
-    }
-    if (document.isArray())
-        return QJsonValue(document.array());
-    return QJsonValue(document.object());
+    Element value;
+    if (object.at_key(key).get(value))
+        return std::nullopt;
+    return value;
 }
 
-Result<QJsonObject> object(const QJsonValue &value, const KeyPath &path)
+bool isAbsent(const Member &value) { return !value || value->is_null(); }
+
+Result<Object> object(const Member &value, const KeyPath &path)
 {
-    if (value.isObject())
-        return value.toObject();
+    Object result;
+    if (value && !value->get_object().get(result))
+        return result;
     return mismatch(value, path, "an object");
 }
 
-Result<QJsonArray> array(const QJsonValue &value, const KeyPath &path)
+Result<Array> array(const Member &value, const KeyPath &path)
 {
-    if (value.isArray())
-        return value.toArray();
+    Array result;
+    if (value && !value->get_array().get(result))
+        return result;
     return mismatch(value, path, "an array");
 }
 
-Result<qint64> integer(const QJsonValue &value, const KeyPath &path)
+Result<qint64> integer(const Member &value, const KeyPath &path)
 {
     if (const auto number = exactInteger(value))
         return *number;
     return mismatch(value, path, "an integer");
 }
 
-Result<QString> string(const QJsonValue &value, const KeyPath &path)
+Result<QString> string(const Member &value, const KeyPath &path)
 {
-    if (value.isString())
-        return value.toString();
+    if (auto result = text(value))
+        return *std::move(result);
     return mismatch(value, path, "a string");
 }
 
-std::optional<qint64> exactInteger(const QJsonValue &value)
+std::optional<qint64> exactInteger(const Member &value)
 {
-    if (!value.isDouble())
+    if (!value)
         return std::nullopt;
-    const QCborValue number = QCborValue::fromJsonValue(value);
-    if (!number.isInteger())
+    int64_t integer = 0;
+    if (!value->get_int64().get(integer))
+        return integer;
+    double number = 0;
+    if (value->type() != simdjson::dom::element_type::DOUBLE || value->get_double().get(number))
         return std::nullopt;
-    return number.toInteger();
+    // 2^63 itself is out of range; every double below it in magnitude converts exactly.
+    constexpr double limit = 9223372036854775808.0;
+    if (std::trunc(number) != number || number >= limit || number < -limit)
+        return std::nullopt;
+    return static_cast<qint64>(number);
+}
+
+std::optional<QString> text(const Member &value)
+{
+    std::string_view result;
+    if (!value || value->get_string().get(result))
+        return std::nullopt;
+    return toQString(result);
+}
+
+ZelError malformed(simdjson::error_code error)
+{
+    return ZelError{errorDomain, MalformedJson,
+                    QStringLiteral("The score service sent malformed JSON: %1")
+                        .arg(QString::fromUtf8(simdjson::error_message(error)))};
+}
+
+simdjson::dom::parser &parserFor(qsizetype documentSize,
+                                 std::unique_ptr<simdjson::dom::parser> &oneOff)
+{
+    // Allocating a parser's buffers afresh costs more than decoding a typical list, so each
+    // thread keeps one for documents of ordinary size.
+    constexpr qsizetype reusableCapacity = 1 << 20;
+    thread_local simdjson::dom::parser reusable(reusableCapacity);
+    if (documentSize <= reusableCapacity)
+        return reusable;
+    oneOff = std::make_unique<simdjson::dom::parser>();
+    return *oneOff;
 }
 
 } // namespace JsonDecoding

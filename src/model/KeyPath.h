@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QLatin1StringView>
+#include <string_view>
 #include <QString>
 
 // The location of a JSON value within a document, for error messages. Segments live on the
@@ -8,13 +8,13 @@
 class KeyPath {
 public:
     KeyPath() = default;
-    KeyPath(const KeyPath &parent, QLatin1StringView key) : m_parent(&parent), m_key(key) {}
+    KeyPath(const KeyPath &parent, std::string_view key) : m_parent(&parent), m_key(key) {}
     KeyPath(const KeyPath &parent, qsizetype index) : m_parent(&parent), m_index(index) {}
 
     QString toString() const;
 
 private:
     const KeyPath *m_parent = nullptr;
-    QLatin1StringView m_key;
+    std::string_view m_key;
     qsizetype m_index = -1;
 };

@@ -2,13 +2,13 @@
 
 #include "JsonDecoding.h"
 
-Result<MatchesResponse> MatchesResponse::fromJson(const QJsonValue &value, const KeyPath &path)
+Result<MatchesResponse> MatchesResponse::fromJson(const simdjson::dom::element &value, const KeyPath &path)
 {
     auto object = JsonDecoding::object(value, path);
     if (!object.isOk())
         return object.error();
-    const QLatin1StringView matchesKey("matches");
-    return JsonDecoding::list<ZelMatch>(object.value().value(matchesKey),
+    const std::string_view matchesKey = "matches";
+    return JsonDecoding::list<ZelMatch>(JsonDecoding::member(object.value(), matchesKey),
                                         KeyPath(path, matchesKey), &ZelMatch::fromJson)
         .map([](QList<ZelMatch> matches) { return MatchesResponse{std::move(matches)}; });
 }

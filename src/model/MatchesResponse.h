@@ -11,6 +11,7 @@ struct MatchesResponse {
     QList<ZelMatch> matches;
 
     // One bad match fails the whole list: no element is skipped.
-    static Result<MatchesResponse> fromJson(const QJsonValue &value, const KeyPath &path = {});
     static Result<MatchesResponse> fromJson(const QByteArray &json);
+    static Result<MatchesResponse> fromJson(const simdjson::dom::element &value,
+                                            const KeyPath &path);
 };

@@ -2,23 +2,23 @@
 
 #include "EntryFields.h"
 
-#include <QJsonObject>
 #include <array>
 #include <cstdio>
 
-ZelBattingEntry ZelBattingEntry::fromJson(const QJsonObject &object)
+ZelBattingEntry ZelBattingEntry::fromJson(const simdjson::dom::object &object)
 {
     ZelBattingEntry entry;
     entry.name = EntryFields::trimmedName(object);
-    entry.runs = EntryFields::count(object, QLatin1StringView("runs"));
-    entry.balls = EntryFields::count(object, QLatin1StringView("balls"));
-    entry.fours = EntryFields::count(object, QLatin1StringView("fours"));
-    entry.sixes = EntryFields::count(object, QLatin1StringView("sixes"));
+    entry.runs = EntryFields::count(object, "runs");
+    entry.balls = EntryFields::count(object, "balls");
+    entry.fours = EntryFields::count(object, "fours");
+    entry.sixes = EntryFields::count(object, "sixes");
     entry.strikeRate = normalisedStrikeRate(
-        EntryFields::text(object, QLatin1StringView("strikeRate"), QString()));
-    entry.isNotOut = object.value(QLatin1StringView("isNotOut")) == QJsonValue(true)
-                         ? QStringLiteral("1")
-                         : QStringLiteral("0");
+        EntryFields::text(object, "strikeRate", QString()));
+    bool notOut = false;
+    const auto flag = JsonDecoding::member(object, "isNotOut");
+    entry.isNotOut = flag && !flag->get_bool().get(notOut) && notOut ? QStringLiteral("1")
+                                                                     : QStringLiteral("0");
     return entry;
 }
 

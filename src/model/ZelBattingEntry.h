@@ -1,7 +1,10 @@
 #pragma once
 
-#include <QJsonValue>
 #include <QString>
+
+namespace simdjson::dom {
+class object;
+}
 
 // One batter's line, every figure already formatted for display.
 struct ZelBattingEntry {
@@ -14,7 +17,7 @@ struct ZelBattingEntry {
     QString isNotOut = QStringLiteral("0");
 
     // Never fails: a missing or mistyped key gives that field's placeholder.
-    static ZelBattingEntry fromJson(const QJsonObject &object);
+    static ZelBattingEntry fromJson(const simdjson::dom::object &object);
 
     // "133.33" becomes "133", "87.5" stays "87.5", "" becomes "-", other text is kept.
     static QString normalisedStrikeRate(const QString &text);

@@ -2,16 +2,15 @@
 
 #include "EntryFields.h"
 
-#include <QJsonObject>
 
-ZelBowlingEntry ZelBowlingEntry::fromJson(const QJsonObject &object)
+ZelBowlingEntry ZelBowlingEntry::fromJson(const simdjson::dom::object &object)
 {
     ZelBowlingEntry entry;
     entry.name = EntryFields::trimmedName(object);
-    entry.overs = EntryFields::text(object, QLatin1StringView("overs"), QStringLiteral("0"));
-    entry.maidens = EntryFields::count(object, QLatin1StringView("maidens"));
-    entry.runs = EntryFields::count(object, QLatin1StringView("runs"));
-    entry.wickets = EntryFields::count(object, QLatin1StringView("wickets"));
-    entry.economy = EntryFields::text(object, QLatin1StringView("economy"), QStringLiteral("-"));
+    entry.overs = EntryFields::text(object, "overs", QStringLiteral("0"));
+    entry.maidens = EntryFields::count(object, "maidens");
+    entry.runs = EntryFields::count(object, "runs");
+    entry.wickets = EntryFields::count(object, "wickets");
+    entry.economy = EntryFields::text(object, "economy", QStringLiteral("-"));
     return entry;
 }

@@ -1,7 +1,10 @@
 #pragma once
 
-#include <QJsonValue>
 #include <QString>
+
+namespace simdjson::dom {
+class object;
+}
 
 // One bowler's line, every figure already formatted for display.
 struct ZelBowlingEntry {
@@ -13,7 +16,7 @@ struct ZelBowlingEntry {
     QString economy = QStringLiteral("-");
 
     // Never fails: a missing or mistyped key gives that field's placeholder.
-    static ZelBowlingEntry fromJson(const QJsonObject &object);
+    static ZelBowlingEntry fromJson(const simdjson::dom::object &object);
 
     const QString &id() const { return name; }
 

@@ -7,6 +7,10 @@
 
 #include <QList>
 
+namespace simdjson::dom {
+class element;
+}
+
 struct ZelInnings {
     qint64 inningsNo = 0;
     QString battingTeamName;
@@ -14,7 +18,7 @@ struct ZelInnings {
     QList<ZelBowlingEntry> bowling;
 
     // Strict: every key is required, and each line must at least be an object.
-    static Result<ZelInnings> fromJson(const QJsonValue &value, const KeyPath &path);
+    static Result<ZelInnings> fromJson(const simdjson::dom::element &value, const KeyPath &path);
 
     qint64 id() const { return inningsNo; }
 

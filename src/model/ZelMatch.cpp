@@ -3,58 +3,55 @@
 #include "JsonDecoding.h"
 #include "ZelConfig.h"
 
-#include <QJsonObject>
-
-using JsonDecoding::exactInteger;
+using JsonDecoding::Member;
+using JsonDecoding::Object;
+using JsonDecoding::isAbsent;
+using JsonDecoding::member;
 
 namespace {
 
 // Reading one key of a nested wire object: a required key must hold the right type; an optional
 // key may be missing or null, but a value of the wrong type still fails the object.
-bool readRequired(const QJsonObject &object, QLatin1StringView key, QString &into)
+bool readRequired(const Object &object, std::string_view key, QString &into)
 {
-    const QJsonValue value = object.value(key);
-    if (!value.isString())
+    auto text = JsonDecoding::text(member(object, key));
+    if (!text)
         return false;
-    into = value.toString();
+    into = *std::move(text);
     return true;
 }
 
-bool readRequired(const QJsonObject &object, QLatin1StringView key, qint64 &into)
+bool readRequired(const Object &object, std::string_view key, qint64 &into)
 {
-    const auto number = exactInteger(object.value(key));
+    const auto number = JsonDecoding::exactInteger(member(object, key));
     if (!number)
         return false;
     into = *number;
     return true;
 }
 
-bool isAbsent(const QJsonValue &value) { return value.isUndefined() || value.isNull(); }
-
-template <typename T>
-bool readOptional(const QJsonObject &object, QLatin1StringView key, T &into)
+template <typename T> bool readOptional(const Object &object, std::string_view key, T &into)
 {
-    return isAbsent(object.value(key)) || readRequired(object, key, into);
+    return isAbsent(member(object, key)) || readRequired(object, key, into);
 }
 
-bool readOptional(const QJsonObject &object, QLatin1StringView key, std::optional<QString> &into)
+bool readOptional(const Object &object, std::string_view key, std::optional<QString> &into)
 {
-    QString text;
-    if (isAbsent(object.value(key)))
+    const Member value = member(object, key);
+    if (isAbsent(value))
         return true;
-    if (!readRequired(object, key, text))
-        return false;
-    into = std::move(text);
-    return true;
+    into = JsonDecoding::text(value);
+    return into.has_value();
 }
 
 // A whole wire group: a nested object that decodes fully or not at all.
-template <typename Group> std::optional<Group> decodeGroup(const QJsonValue &value)
+template <typename Group> std::optional<Group> decodeGroup(const Member &value)
 {
-    if (!value.isObject())
+    Object object;
+    if (!value || value->get_object().get(object))
         return std::nullopt;
     Group group;
-    if (!group.read(value.toObject()))
+    if (!group.read(object))
         return std::nullopt;
     return group;
 }
@@ -63,70 +60,62 @@ namespace wire {
 
 struct Venue {
     QString ground, city;
-    bool read(const QJsonObject &o)
-    {
-        return readRequired(o, QLatin1StringView("ground"), ground) &&
-               readRequired(o, QLatin1StringView("city"), city);
-    }
+    bool read(const Object &o) { return readRequired(o, "ground", ground) && readRequired(o, "city", city); }
 };
 
 struct Team {
     QString id, name, logoURL, code;
-    bool read(const QJsonObject &o)
+    bool read(const Object &o)
     {
-        return readRequired(o, QLatin1StringView("id"), id) &&
-               readRequired(o, QLatin1StringView("name"), name) &&
-               readRequired(o, QLatin1StringView("logoURL"), logoURL) &&
-               readOptional(o, QLatin1StringView("code"), code);
+        return readRequired(o, "id", id) && readRequired(o, "name", name) &&
+               readRequired(o, "logoURL", logoURL) && readOptional(o, "code", code);
     }
 };
 
 struct Batting {
     qint64 firstTeamID = 0;
     QString firstTeamCode, secondTeamCode, firstSummary, secondSummary;
-    bool read(const QJsonObject &o)
+    bool read(const Object &o)
     {
-        return readOptional(o, QLatin1StringView("firstTeamID"), firstTeamID) &&
-               readOptional(o, QLatin1StringView("firstTeamCode"), firstTeamCode) &&
-               readOptional(o, QLatin1StringView("secondTeamCode"), secondTeamCode) &&
-               readOptional(o, QLatin1StringView("firstSummary"), firstSummary) &&
-               readOptional(o, QLatin1StringView("secondSummary"), secondSummary);
+        return readOptional(o, "firstTeamID", firstTeamID) &&
+               readOptional(o, "firstTeamCode", firstTeamCode) &&
+               readOptional(o, "secondTeamCode", secondTeamCode) &&
+               readOptional(o, "firstSummary", firstSummary) &&
+               readOptional(o, "secondSummary", secondSummary);
     }
 };
 
 struct Toss {
     QString details;
-    bool read(const QJsonObject &o) { return readOptional(o, QLatin1StringView("details"), details); }
+    bool read(const Object &o) { return readOptional(o, "details", details); }
 };
 
 struct Result {
     QString winningTeamID, description;
-    bool read(const QJsonObject &o)
+    bool read(const Object &o)
     {
-        return readOptional(o, QLatin1StringView("winningTeamID"), winningTeamID) &&
-               readOptional(o, QLatin1StringView("description"), description);
+        return readOptional(o, "winningTeamID", winningTeamID) &&
+               readOptional(o, "description", description);
     }
 };
 
 struct LivePlayer {
     QString name;
     qint64 runs = 0, balls = 0;
-    bool read(const QJsonObject &o)
+    bool read(const Object &o)
     {
-        return readRequired(o, QLatin1StringView("name"), name) &&
-               readRequired(o, QLatin1StringView("runs"), runs) &&
-               readRequired(o, QLatin1StringView("balls"), balls);
+        return readRequired(o, "name", name) && readRequired(o, "runs", runs) &&
+               readRequired(o, "balls", balls);
     }
 };
 
 struct LiveBowler {
     QString name, overs;
     qint64 wickets = 0;
-    bool read(const QJsonObject &o)
+    bool read(const Object &o)
     {
-        return readRequired(o, QLatin1StringView("name"), name) &&
-               readRequired(o, QLatin1StringView("overs"), overs) &&
-               readRequired(o, QLatin1StringView("wickets"), wickets);
+        return readRequired(o, "name", name) && readRequired(o, "overs", overs) &&
+               readRequired(o, "wickets", wickets);
     }
 };
 
@@ -135,86 +124,76 @@ struct Live {
     std::optional<LivePlayer> striker, nonStriker;
     std::optional<LiveBowler> bowler;
 
-    bool read(const QJsonObject &o)
+    bool read(const Object &o)
     {
-        return readOptional(o, QLatin1StringView("currentInnings"), currentInnings) &&
-               readMember(o.value(QLatin1StringView("striker")), striker) &&
-               readMember(o.value(QLatin1StringView("nonStriker")), nonStriker) &&
-               readMember(o.value(QLatin1StringView("bowler")), bowler);
+        return readOptional(o, "currentInnings", currentInnings) &&
+               readMember(member(o, "striker"), striker) &&
+               readMember(member(o, "nonStriker"), nonStriker) &&
+               readMember(member(o, "bowler"), bowler);
     }
 
-    template <typename Member>
-    static bool readMember(const QJsonValue &value, std::optional<Member> &into)
+    template <typename Nested> static bool readMember(const Member &value, std::optional<Nested> &into)
     {
         if (isAbsent(value))
             return true;
-        into = decodeGroup<Member>(value);
+        into = decodeGroup<Nested>(value);
         return into.has_value();
     }
 };
 
 } // namespace wire
 
-std::optional<QString> optionalString(const QJsonObject &object, QLatin1StringView key)
-{
-    const QJsonValue value = object.value(key);
-    if (!value.isString())
-        return std::nullopt;
-    return value.toString();
-}
-
 } // namespace
 
-Result<ZelMatch> ZelMatch::fromJson(const QJsonValue &value, const KeyPath &path)
+Result<ZelMatch> ZelMatch::fromJson(const simdjson::dom::element &value, const KeyPath &path)
 {
     auto object = JsonDecoding::object(value, path);
     if (!object.isOk())
         return object.error();
-    const QJsonObject &o = object.value();
+    const Object &o = object.value();
 
     ZelMatch match;
-    const QLatin1StringView idKey("matchID");
-    auto id = JsonDecoding::integer(o.value(idKey), KeyPath(path, idKey));
+    const std::string_view idKey = "matchID";
+    auto id = JsonDecoding::integer(member(o, idKey), KeyPath(path, idKey));
     if (!id.isOk())
         return id.error();
     match.matchID = id.value();
 
-    match.matchOrder = optionalString(o, QLatin1StringView("matchOrder")).value_or(QString());
-    match.matchName = optionalString(o, QLatin1StringView("matchName")).value_or(QString());
-    match.matchStatus =
-        optionalString(o, QLatin1StringView("status")).value_or(QStringLiteral("unknown"));
-    match.startTime = optionalString(o, QLatin1StringView("startTime"));
+    match.matchOrder = JsonDecoding::text(member(o, "matchOrder")).value_or(QString());
+    match.matchName = JsonDecoding::text(member(o, "matchName")).value_or(QString());
+    match.matchStatus = JsonDecoding::text(member(o, "status")).value_or(QStringLiteral("unknown"));
+    match.startTime = JsonDecoding::text(member(o, "startTime"));
 
-    if (const auto venue = decodeGroup<wire::Venue>(o.value(QLatin1StringView("venue")))) {
+    if (const auto venue = decodeGroup<wire::Venue>(member(o, "venue"))) {
         match.groundName = venue->ground;
         match.city = venue->city;
     }
-    if (const auto home = decodeGroup<wire::Team>(o.value(QLatin1StringView("homeTeam")))) {
+    if (const auto home = decodeGroup<wire::Team>(member(o, "homeTeam"))) {
         match.homeTeamID = home->id;
         match.homeTeamName = home->name;
         match.homeTeamLogo = home->logoURL;
         match.homeTeamAPICode = home->code;
     }
-    if (const auto away = decodeGroup<wire::Team>(o.value(QLatin1StringView("awayTeam")))) {
+    if (const auto away = decodeGroup<wire::Team>(member(o, "awayTeam"))) {
         match.awayTeamID = away->id;
         match.awayTeamName = away->name;
         match.awayTeamLogo = away->logoURL;
         match.awayTeamAPICode = away->code;
     }
-    if (const auto batting = decodeGroup<wire::Batting>(o.value(QLatin1StringView("batting")))) {
+    if (const auto batting = decodeGroup<wire::Batting>(member(o, "batting"))) {
         match.firstBattingTeamID = batting->firstTeamID;
         match.firstBattingTeamCode = batting->firstTeamCode;
         match.secondBattingTeamCode = batting->secondTeamCode;
         match.firstBattingSummary = batting->firstSummary;
         match.secondBattingSummary = batting->secondSummary;
     }
-    if (const auto toss = decodeGroup<wire::Toss>(o.value(QLatin1StringView("toss"))))
+    if (const auto toss = decodeGroup<wire::Toss>(member(o, "toss")))
         match.tossDetails = toss->details;
-    if (const auto result = decodeGroup<wire::Result>(o.value(QLatin1StringView("result")))) {
+    if (const auto result = decodeGroup<wire::Result>(member(o, "result"))) {
         match.winningTeamID = result->winningTeamID;
         match.comments = result->description;
     }
-    if (const auto live = decodeGroup<wire::Live>(o.value(QLatin1StringView("live")))) {
+    if (const auto live = decodeGroup<wire::Live>(member(o, "live"))) {
         match.currentInnings = live->currentInnings;
         if (live->striker) {
             match.currentStrikerName = live->striker->name;

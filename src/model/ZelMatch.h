@@ -3,10 +3,13 @@
 #include "KeyPath.h"
 #include "Result.h"
 
-#include <QJsonValue>
 #include <QString>
 #include <QUrl>
 #include <optional>
+
+namespace simdjson::dom {
+class element;
+}
 
 // One fixture, live game or finished game, flattened from the service's nested JSON.
 struct ZelMatch {
@@ -46,7 +49,7 @@ struct ZelMatch {
 
     // Fails only for a value that is not an object or a missing or non-integer "matchID";
     // every other broken group falls back to its defaults.
-    static Result<ZelMatch> fromJson(const QJsonValue &value, const KeyPath &path = {});
+    static Result<ZelMatch> fromJson(const simdjson::dom::element &value, const KeyPath &path);
 
     // Where a logo text points: paths beginning with "/" live on the score service.
     static std::optional<QUrl> logoURL(const QString &logo, const QString &serviceBaseURL);

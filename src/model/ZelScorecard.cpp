@@ -2,13 +2,13 @@
 
 #include "JsonDecoding.h"
 
-Result<ZelScorecard> ZelScorecard::fromJson(const QJsonValue &value, const KeyPath &path)
+Result<ZelScorecard> ZelScorecard::fromJson(const simdjson::dom::element &value, const KeyPath &path)
 {
     auto object = JsonDecoding::object(value, path);
     if (!object.isOk())
         return object.error();
-    const QLatin1StringView inningsKey("innings");
-    return JsonDecoding::list<ZelInnings>(object.value().value(inningsKey),
+    const std::string_view inningsKey = "innings";
+    return JsonDecoding::list<ZelInnings>(JsonDecoding::member(object.value(), inningsKey),
                                           KeyPath(path, inningsKey), &ZelInnings::fromJson)
         .map([](QList<ZelInnings> innings) { return ZelScorecard{std::move(innings)}; });
 }

@@ -10,8 +10,8 @@ struct ZelScorecard {
     QList<ZelInnings> innings;
 
     // One broken innings fails the whole scorecard.
-    static Result<ZelScorecard> fromJson(const QJsonValue &value, const KeyPath &path = {});
     static Result<ZelScorecard> fromJson(const QByteArray &json);
+    static Result<ZelScorecard> fromJson(const simdjson::dom::element &value, const KeyPath &path);
 
     friend bool operator==(const ZelScorecard &, const ZelScorecard &) = default;
 };

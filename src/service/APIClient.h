@@ -1,6 +1,5 @@
 #pragma once
 
-#include "JsonDecoding.h"
 #include "Result.h"
 #include "ZelMatch.h"
 #include "ZelConfig.h"
@@ -14,7 +13,7 @@ class QNetworkAccessManager;
 
 template <typename Record>
 concept JsonDecodable = requires(const QByteArray &json) {
-    { JsonDecoding::document<Record>(json) } -> std::same_as<Result<Record>>;
+    { Record::fromJson(json) } -> std::same_as<Result<Record>>;
 };
 
 // The only code that talks to the score service: plain GETs, no retries, no caching.
@@ -48,7 +47,7 @@ public:
             if (!body.isOk())
                 completion(body.error());
             else
-                completion(JsonDecoding::document<Record>(body.value()));
+                completion(Record::fromJson(body.value()));
         });
     }
 

@@ -1,8 +1,6 @@
 #include "MatchesResponse.h"
 #include "ZelConfig.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTest>
 
 // Every field in one line, so that a failed comparison shows exactly what differs.
@@ -24,10 +22,10 @@ static QString describe(const ZelMatch &m)
 
 static ZelMatch decodeOne(const QByteArray &json)
 {
-    const auto result = ZelMatch::fromJson(QJsonDocument::fromJson(json).object());
+    const auto result = MatchesResponse::fromJson("{\"matches\": [" + json + "]}");
     if (!result.isOk())
         qFatal("unexpected decode failure: %s", qPrintable(result.error().description));
-    return result.value();
+    return result.value().matches.at(0);
 }
 
 static ZelMatch withID(qint64 id)
