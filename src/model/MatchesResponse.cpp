@@ -10,7 +10,7 @@ Result<MatchesResponse> MatchesResponse::fromJson(const simdjson::dom::element &
     const std::string_view matchesKey = "matches";
     return JsonDecoding::list<ZelMatch>(JsonDecoding::member(object.value(), matchesKey),
                                         KeyPath(path, matchesKey), &ZelMatch::fromJson)
-        .map([](QList<ZelMatch> matches) { return MatchesResponse{std::move(matches)}; });
+        .map([](QList<ZelMatch> decoded) { return MatchesResponse{std::move(decoded)}; });
 }
 
 Result<MatchesResponse> MatchesResponse::fromJson(const QByteArray &json)

@@ -10,7 +10,7 @@ Result<ZelScorecard> ZelScorecard::fromJson(const simdjson::dom::element &value,
     const std::string_view inningsKey = "innings";
     return JsonDecoding::list<ZelInnings>(JsonDecoding::member(object.value(), inningsKey),
                                           KeyPath(path, inningsKey), &ZelInnings::fromJson)
-        .map([](QList<ZelInnings> innings) { return ZelScorecard{std::move(innings)}; });
+        .map([](QList<ZelInnings> decoded) { return ZelScorecard{std::move(decoded)}; });
 }
 
 Result<ZelScorecard> ZelScorecard::fromJson(const QByteArray &json)
