@@ -1,8 +1,8 @@
 #include "MatchesResponse.h"
 #include "ZelScorecard.h"
 
-#include <QJsonDocument>
 #include <benchmark/benchmark.h>
+#include <QJsonDocument>
 
 namespace {
 
@@ -14,7 +14,8 @@ QByteArray matchList(int count)
             json += ',';
         const QByteArray n = QByteArray::number(i);
         json += R"json({"matchID": )json" + QByteArray::number(100000 + i) + R"json(,
-  "matchOrder": "Match )json" + n + R"json(", "matchName": "Lions vs Tigers", "status": "live",
+  "matchOrder": "Match )json" +
+                n + R"json(", "matchName": "Lions vs Tigers", "status": "live",
   "startTime": "2026-04-05T19:30:00+05:30",
   "venue": {"ground": "Narmada Oval", "city": "Pune"},
   "homeTeam": {"id": "11", "name": "Lions", "logoURL": "/logos/lio.png", "code": "LIO"},
@@ -47,8 +48,9 @@ QByteArray scorecard(int innings)
         json += R"(], "bowling": [)";
         for (int b = 0; b < 6; ++b) {
             json += b > 0 ? "," : "";
-            json += R"({"name": "Bowler )" + QByteArray::number(b) +
-                    R"(", "overs": "4", "maidens": 0, "runs": 31, "wickets": 2, "economy": "7.75"})";
+            json +=
+                R"({"name": "Bowler )" + QByteArray::number(b) +
+                R"(", "overs": "4", "maidens": 0, "runs": 31, "wickets": 2, "economy": "7.75"})";
         }
         json += "]}";
     }

@@ -22,7 +22,8 @@ QString text(const JsonDecoding::Object &object, std::string_view key, const QSt
 
 QString count(const JsonDecoding::Object &object, std::string_view key)
 {
-    return QString::number(JsonDecoding::exactInteger(JsonDecoding::member(object, key)).value_or(0));
+    return QString::number(
+        JsonDecoding::exactInteger(JsonDecoding::member(object, key)).value_or(0));
 }
 
 } // namespace EntryFields

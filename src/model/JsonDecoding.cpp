@@ -30,10 +30,9 @@ ZelError mismatch(const Member &found, const KeyPath &path, const char *expected
 {
     const QString where = path.toString();
     const QString location = where.isEmpty() ? QStringLiteral("the document") : u'"' + where + u'"';
-    const QString problem =
-        found ? QStringLiteral("should be %1 but is %2")
-                    .arg(QLatin1StringView(expected), typeName(*found))
-              : QStringLiteral("is missing");
+    const QString problem = found ? QStringLiteral("should be %1 but is %2")
+                                        .arg(QLatin1StringView(expected), typeName(*found))
+                                  : QStringLiteral("is missing");
     return ZelError{errorDomain, found ? WrongType : MissingValue,
                     QStringLiteral("The score service sent data that could not be read: %1 %2.")
                         .arg(location, problem)};
@@ -54,7 +53,10 @@ Member member(const Object &object, std::string_view key)
     return value;
 }
 
-bool isAbsent(const Member &value) { return !value || value->is_null(); }
+bool isAbsent(const Member &value)
+{
+    return !value || value->is_null();
+}
 
 Result<Object> object(const Member &value, const KeyPath &path)
 {

@@ -3,10 +3,10 @@
 #include "KeyPath.h"
 #include "Result.h"
 
-#include <QByteArray>
-#include <QList>
 #include <memory>
 #include <optional>
+#include <QByteArray>
+#include <QList>
 #include <simdjson.h>
 #include <string_view>
 

@@ -1,15 +1,23 @@
 #pragma once
 
-#include <string_view>
 #include <QString>
+#include <string_view>
 
 // The location of a JSON value within a document, for error messages. Segments live on the
 // caller's stack and are only turned into text when a decode fails.
 class KeyPath {
 public:
     KeyPath() = default;
-    KeyPath(const KeyPath &parent, std::string_view key) : m_parent(&parent), m_key(key) {}
-    KeyPath(const KeyPath &parent, qsizetype index) : m_parent(&parent), m_index(index) {}
+    KeyPath(const KeyPath &parent, std::string_view key)
+        : m_parent(&parent)
+        , m_key(key)
+    {
+    }
+    KeyPath(const KeyPath &parent, qsizetype index)
+        : m_parent(&parent)
+        , m_index(index)
+    {
+    }
 
     QString toString() const;
 

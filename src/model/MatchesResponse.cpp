@@ -2,7 +2,8 @@
 
 #include "JsonDecoding.h"
 
-Result<MatchesResponse> MatchesResponse::fromJson(const simdjson::dom::element &value, const KeyPath &path)
+Result<MatchesResponse> MatchesResponse::fromJson(const simdjson::dom::element &value,
+                                                  const KeyPath &path)
 {
     auto object = JsonDecoding::object(value, path);
     if (!object.isOk())

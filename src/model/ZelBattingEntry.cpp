@@ -13,12 +13,11 @@ ZelBattingEntry ZelBattingEntry::fromJson(const simdjson::dom::object &object)
     entry.balls = EntryFields::count(object, "balls");
     entry.fours = EntryFields::count(object, "fours");
     entry.sixes = EntryFields::count(object, "sixes");
-    entry.strikeRate = normalisedStrikeRate(
-        EntryFields::text(object, "strikeRate", QString()));
+    entry.strikeRate = normalisedStrikeRate(EntryFields::text(object, "strikeRate", QString()));
     bool notOut = false;
     const auto flag = JsonDecoding::member(object, "isNotOut");
-    entry.isNotOut = flag && !flag->get_bool().get(notOut) && notOut ? QStringLiteral("1")
-                                                                     : QStringLiteral("0");
+    entry.isNotOut =
+        flag && !flag->get_bool().get(notOut) && notOut ? QStringLiteral("1") : QStringLiteral("0");
     return entry;
 }
 

@@ -2,7 +2,6 @@
 
 #include "EntryFields.h"
 
-
 ZelBowlingEntry ZelBowlingEntry::fromJson(const simdjson::dom::object &object)
 {
     ZelBowlingEntry entry;

@@ -26,7 +26,8 @@ Result<ZelInnings> ZelInnings::fromJson(const simdjson::dom::element &value, con
     const JsonDecoding::Object &o = object.value();
 
     const std::string_view numberKey = "inningsNo";
-    auto number = JsonDecoding::integer(JsonDecoding::member(o, numberKey), KeyPath(path, numberKey));
+    auto number =
+        JsonDecoding::integer(JsonDecoding::member(o, numberKey), KeyPath(path, numberKey));
     if (!number.isOk())
         return number.error();
 

@@ -3,10 +3,10 @@
 #include "JsonDecoding.h"
 #include "ZelConfig.h"
 
-using JsonDecoding::Member;
-using JsonDecoding::Object;
 using JsonDecoding::isAbsent;
+using JsonDecoding::Member;
 using JsonDecoding::member;
+using JsonDecoding::Object;
 
 namespace {
 
@@ -60,7 +60,10 @@ namespace wire {
 
 struct Venue {
     QString ground, city;
-    bool read(const Object &o) { return readRequired(o, "ground", ground) && readRequired(o, "city", city); }
+    bool read(const Object &o)
+    {
+        return readRequired(o, "ground", ground) && readRequired(o, "city", city);
+    }
 };
 
 struct Team {
@@ -132,7 +135,8 @@ struct Live {
                readMember(member(o, "bowler"), bowler);
     }
 
-    template <typename Nested> static bool readMember(const Member &value, std::optional<Nested> &into)
+    template <typename Nested>
+    static bool readMember(const Member &value, std::optional<Nested> &into)
     {
         if (isAbsent(value))
             return true;

@@ -3,9 +3,9 @@
 #include "KeyPath.h"
 #include "Result.h"
 
+#include <optional>
 #include <QString>
 #include <QUrl>
-#include <optional>
 
 namespace simdjson::dom {
 class element;

@@ -2,7 +2,8 @@
 
 #include "JsonDecoding.h"
 
-Result<ZelScorecard> ZelScorecard::fromJson(const simdjson::dom::element &value, const KeyPath &path)
+Result<ZelScorecard> ZelScorecard::fromJson(const simdjson::dom::element &value,
+                                            const KeyPath &path)
 {
     auto object = JsonDecoding::object(value, path);
     if (!object.isOk())

@@ -79,11 +79,10 @@ QString APIClient::scorecardURL(qint64 matchID) const
 
 void APIClient::fetchMatches(const QString &path, MatchesCompletion completion)
 {
-    fetch<MatchesResponse>(m_baseURL + path,
-                           [completion = std::move(completion)](Result<MatchesResponse> response) {
-                               completion(std::move(response).map(
-                                   [](MatchesResponse r) { return std::move(r.matches); }));
-                           });
+    fetch<MatchesResponse>(m_baseURL + path, [completion = std::move(completion)](
+                                                 Result<MatchesResponse> response) {
+        completion(std::move(response).map([](MatchesResponse r) { return std::move(r.matches); }));
+    });
 }
 
 void APIClient::get(const QString &url, Completion<QByteArray> completion)
@@ -98,21 +97,20 @@ void APIClient::get(const QString &url, Completion<QByteArray> completion)
     request.setTransferTimeout(static_cast<int>(m_timeout.count()));
     QNetworkReply *reply = m_network->get(request);
     // The client is the context: once it is gone, so is the callback.
-    connect(reply, &QNetworkReply::finished, this,
-            [reply, completion = std::move(completion)] {
-                reply->deleteLater();
-                const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-                if (isTransportError(*reply, status)) {
-                    completion(ZelError{transportErrorDomain, reply->error(),
-                                        transportDescription(*reply)});
-                    return;
-                }
-                const int code = status.isValid() ? status.toInt() : -1;
-                QByteArray body = reply->readAll();
-                if (code < 200 || code > 299 || body.isEmpty()) {
-                    completion(ZelError{errorDomain, code, QStringLiteral("HTTP %1").arg(code)});
-                    return;
-                }
-                completion(std::move(body));
-            });
+    connect(reply, &QNetworkReply::finished, this, [reply, completion = std::move(completion)] {
+        reply->deleteLater();
+        const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+        if (isTransportError(*reply, status)) {
+            completion(
+                ZelError{transportErrorDomain, reply->error(), transportDescription(*reply)});
+            return;
+        }
+        const int code = status.isValid() ? status.toInt() : -1;
+        QByteArray body = reply->readAll();
+        if (code < 200 || code > 299 || body.isEmpty()) {
+            completion(ZelError{errorDomain, code, QStringLiteral("HTTP %1").arg(code)});
+            return;
+        }
+        completion(std::move(body));
+    });
 }

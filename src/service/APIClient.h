@@ -1,19 +1,22 @@
 #pragma once
 
 #include "Result.h"
-#include "ZelMatch.h"
 #include "ZelConfig.h"
+#include "ZelMatch.h"
 #include "ZelScorecard.h"
 
-#include <QObject>
 #include <chrono>
 #include <functional>
+#include <QObject>
 
 class QNetworkAccessManager;
 
 template <typename Record>
-concept JsonDecodable = requires(const QByteArray &json) {
-    { Record::fromJson(json) } -> std::same_as<Result<Record>>;
+concept JsonDecodable = requires(const QByteArray &json)
+{
+    {
+        Record::fromJson(json)
+        } -> std::same_as<Result<Record>>;
 };
 
 // The only code that talks to the score service: plain GETs, no retries, no caching.

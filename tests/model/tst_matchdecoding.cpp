@@ -6,17 +6,42 @@
 // Every field in one line, so that a failed comparison shows exactly what differs.
 static QString describe(const ZelMatch &m)
 {
-    const auto opt = [](const std::optional<QString> &s) { return s ? u'"' + *s + u'"' : "absent"; };
-    return QStringList{
-        QString::number(m.matchID), m.matchOrder, m.matchName, m.matchStatus, opt(m.startTime),
-        m.homeTeamID, m.homeTeamName, m.homeTeamLogo, m.homeTeamAPICode, m.awayTeamID,
-        m.awayTeamName, m.awayTeamLogo, m.awayTeamAPICode, QString::number(m.firstBattingTeamID),
-        m.firstBattingTeamCode, m.secondBattingTeamCode, m.firstBattingSummary,
-        m.secondBattingSummary, opt(m.currentInnings), m.currentStrikerName,
-        QString::number(m.strikerRuns), QString::number(m.strikerBalls), m.currentNonStrikerName,
-        QString::number(m.nonStrikerRuns), QString::number(m.nonStrikerBalls),
-        m.currentBowlerName, m.bowlerOvers, QString::number(m.bowlerWickets), m.winningTeamID,
-        m.comments, m.groundName, m.city, m.tossDetails}
+    const auto opt = [](const std::optional<QString> &s) {
+        return s ? u'"' + *s + u'"' : "absent";
+    };
+    return QStringList{QString::number(m.matchID),
+                       m.matchOrder,
+                       m.matchName,
+                       m.matchStatus,
+                       opt(m.startTime),
+                       m.homeTeamID,
+                       m.homeTeamName,
+                       m.homeTeamLogo,
+                       m.homeTeamAPICode,
+                       m.awayTeamID,
+                       m.awayTeamName,
+                       m.awayTeamLogo,
+                       m.awayTeamAPICode,
+                       QString::number(m.firstBattingTeamID),
+                       m.firstBattingTeamCode,
+                       m.secondBattingTeamCode,
+                       m.firstBattingSummary,
+                       m.secondBattingSummary,
+                       opt(m.currentInnings),
+                       m.currentStrikerName,
+                       QString::number(m.strikerRuns),
+                       QString::number(m.strikerBalls),
+                       m.currentNonStrikerName,
+                       QString::number(m.nonStrikerRuns),
+                       QString::number(m.nonStrikerBalls),
+                       m.currentBowlerName,
+                       m.bowlerOvers,
+                       QString::number(m.bowlerWickets),
+                       m.winningTeamID,
+                       m.comments,
+                       m.groundName,
+                       m.city,
+                       m.tossDetails}
         .join(u'|');
 }
 
@@ -126,16 +151,14 @@ private slots:
         m.awayTeamName = "Tigers";
         m.awayTeamLogo = "t.png";
         m.awayTeamAPICode = "TIG";
-        QTest::newRow("numeric home id empties the home team only")
-            << QByteArray(R"({"matchID": 1,
+        QTest::newRow("numeric home id empties the home team only") << QByteArray(R"({"matchID": 1,
                 "homeTeam": {"id": 11, "name": "Lions", "logoURL": "l.png", "code": "LIO"},
                 "awayTeam": {"id": "22", "name": "Tigers", "logoURL": "t.png", "code": "TIG"}})")
-            << describe(m);
+                                                                    << describe(m);
 
-        QTest::newRow("team code of the wrong type fails the team")
-            << QByteArray(R"({"matchID": 1,
+        QTest::newRow("team code of the wrong type fails the team") << QByteArray(R"({"matchID": 1,
                 "homeTeam": {"id": "11", "name": "Lions", "logoURL": "l.png", "code": 3}})")
-            << describe(withID(1));
+                                                                    << describe(withID(1));
 
         QTest::newRow("venue without city")
             << QByteArray(R"({"matchID": 1, "venue": {"ground": "Eden Park"}})")
@@ -180,10 +203,9 @@ private slots:
                 "bowler": {"name": "C", "overs": 3.2, "wickets": 1}}})")
             << describe(withID(1));
 
-        QTest::newRow("fractional runs empty live")
-            << QByteArray(R"({"matchID": 1, "live": {
+        QTest::newRow("fractional runs empty live") << QByteArray(R"({"matchID": 1, "live": {
                 "striker": {"name": "A", "runs": 4.5, "balls": 3}}})")
-            << describe(withID(1));
+                                                    << describe(withID(1));
 
         QTest::newRow("groups of the wrong type")
             << QByteArray(R"({"matchID": 1, "venue": "Pune", "homeTeam": [], "batting": 3,
@@ -204,18 +226,16 @@ private slots:
         QTest::addColumn<QString>("message");
 
         QTest::newRow("no matches key") << QByteArray("{}") << R"("matches" is missing)";
-        QTest::newRow("matches not an array")
-            << QByteArray(R"({"matches": {}})") << R"("matches" should be an array but is an object)";
+        QTest::newRow("matches not an array") << QByteArray(R"({"matches": {}})")
+                                              << R"("matches" should be an array but is an object)";
         QTest::newRow("fourth matchID is a string")
             << QByteArray(R"({"matches": [{"matchID": 1}, {"matchID": 2}, {"matchID": 3},
                                           {"matchID": "4"}, {"matchID": 5}]})")
             << R"("matches[3].matchID" should be an integer but is a string)";
-        QTest::newRow("null matchID")
-            << QByteArray(R"({"matches": [{"matchID": null}]})")
-            << R"("matches[0].matchID" should be an integer but is null)";
-        QTest::newRow("missing matchID")
-            << QByteArray(R"({"matches": [{"status": "live"}]})")
-            << R"("matches[0].matchID" is missing)";
+        QTest::newRow("null matchID") << QByteArray(R"({"matches": [{"matchID": null}]})")
+                                      << R"("matches[0].matchID" should be an integer but is null)";
+        QTest::newRow("missing matchID") << QByteArray(R"({"matches": [{"status": "live"}]})")
+                                         << R"("matches[0].matchID" is missing)";
         QTest::newRow("fractional matchID")
             << QByteArray(R"({"matches": [{"matchID": 7.5}]})")
             << R"("matches[0].matchID" should be an integer but is a number)";
@@ -249,8 +269,8 @@ private slots:
         QVERIFY(empty.isOk());
         QVERIFY(empty.value().matches.isEmpty());
 
-        const auto result = MatchesResponse::fromJson(
-            QByteArray(R"({"v": 2, "matches": [{"matchID": 9}, {"matchID": -3}, {"matchID": 9}]})"));
+        const auto result = MatchesResponse::fromJson(QByteArray(
+            R"({"v": 2, "matches": [{"matchID": 9}, {"matchID": -3}, {"matchID": 9}]})"));
         QVERIFY(result.isOk());
         QList<qint64> ids;
         for (const ZelMatch &m : result.value().matches)
@@ -267,8 +287,10 @@ private slots:
                                       << "https://scores.test/logos/lions.png";
         QTest::newRow("absolute") << "https://cdn.example/t.svg?v=2"
                                   << "https://cdn.example/t.svg?v=2";
-        QTest::newRow("empty") << "" << "";
-        QTest::newRow("unparseable") << "http://[::1" << "";
+        QTest::newRow("empty") << ""
+                               << "";
+        QTest::newRow("unparseable") << "http://[::1"
+                                     << "";
     }
 
     void logoURL()
@@ -296,14 +318,30 @@ private slots:
         QTest::addColumn<QString>("homeCode");
         QTest::addColumn<QString>("awayCode");
 
-        QTest::newRow("home batted first") << "11" << 11LL << "LIO" << "TIG" << "LIO" << "TIG";
-        QTest::newRow("away batted first") << "11" << 22LL << "TIG" << "LIO" << "LIO" << "TIG";
-        QTest::newRow("before the toss") << "11" << 0LL << "" << "" << "HOM" << "AWY";
-        QTest::newRow("empty batting code falls back")
-            << "11" << 11LL << "" << "TIG" << "HOM" << "TIG";
-        QTest::newRow("negative id as plain text") << "-5" << -5LL << "NEG" << "POS" << "NEG"
+        QTest::newRow("home batted first") << "11" << 11LL << "LIO"
+                                           << "TIG"
+                                           << "LIO"
+                                           << "TIG";
+        QTest::newRow("away batted first") << "11" << 22LL << "TIG"
+                                           << "LIO"
+                                           << "LIO"
+                                           << "TIG";
+        QTest::newRow("before the toss") << "11" << 0LL << ""
+                                         << ""
+                                         << "HOM"
+                                         << "AWY";
+        QTest::newRow("empty batting code falls back") << "11" << 11LL << ""
+                                                       << "TIG"
+                                                       << "HOM"
+                                                       << "TIG";
+        QTest::newRow("negative id as plain text") << "-5" << -5LL << "NEG"
+                                                   << "POS"
+                                                   << "NEG"
                                                    << "POS";
-        QTest::newRow("no leading zeros") << "011" << 11LL << "LIO" << "TIG" << "TIG" << "LIO";
+        QTest::newRow("no leading zeros") << "011" << 11LL << "LIO"
+                                          << "TIG"
+                                          << "TIG"
+                                          << "LIO";
     }
 
     void teamCodes()
@@ -331,22 +369,24 @@ private slots:
         QTest::addColumn<QString>("firstCode");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("empty") << "" << 22LL << "TIG" << "";
+        QTest::newRow("empty") << "" << 22LL << "TIG"
+                               << "";
         QTest::newRow("home named, bowl, home second")
             << "Lions won the toss and elected to bowl" << 22LL << "TIG"
             << "LIO won the toss, chose to field";
-        QTest::newRow("away named, bat, away first")
-            << "Tigers opt to BAT" << 22LL << "TIG" << "TIG won the toss, chose to bat";
+        QTest::newRow("away named, bat, away first") << "Tigers opt to BAT" << 22LL << "TIG"
+                                                     << "TIG won the toss, chose to bat";
         QTest::newRow("field beats bat") << "Tigers will bat? No, field" << 22LL << "TIG"
                                          << "TIG won the toss, chose to field";
         QTest::newRow("no team named: first batting side")
-            << "Toss won, decided to bat" << 22LL << "TIG" << "TIG won the toss, chose to bat";
+            << "Toss won, decided to bat" << 22LL << "TIG"
+            << "TIG won the toss, chose to bat";
         QTest::newRow("no team named, no code") << "Toss won, decided to bat" << 22LL << ""
                                                 << "Toss won, decided to bat";
         QTest::newRow("no decision word") << "Lions won the toss" << 22LL << "TIG"
                                           << "Lions won the toss";
-        QTest::newRow("team names are case-sensitive")
-            << "LIONS chose to field" << 22LL << "TIG" << "TIG won the toss, chose to field";
+        QTest::newRow("team names are case-sensitive") << "LIONS chose to field" << 22LL << "TIG"
+                                                       << "TIG won the toss, chose to field";
     }
 
     void formattedToss()

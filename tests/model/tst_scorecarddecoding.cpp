@@ -1,6 +1,5 @@
-#include "ZelScorecard.h"
-
 #include "FailureText.h"
+#include "ZelScorecard.h"
 
 #include <QTest>
 
@@ -42,24 +41,42 @@ private slots:
         QTest::addColumn<QString>("sent");
         QTest::addColumn<QString>("shown");
 
-        QTest::newRow("one decimal") << "87.5" << "87.5";
-        QTest::newRow("rounded to one decimal") << "66.666" << "66.7";
-        QTest::newRow("integer gains a decimal") << "0" << "0.0";
-        QTest::newRow("five characters drop decimals") << "133.33" << "133";
-        QTest::newRow("100.0 is five characters") << "100.0" << "100";
-        QTest::newRow("rounding up to five characters") << "99.99" << "100";
-        QTest::newRow("four digits") << "1000" << "1000";
-        QTest::newRow("exponent") << "1e2" << "100";
-        QTest::newRow("printf rounds the binary value") << "0.05" << "0.1";
-        QTest::newRow("printf rounds an exact tie to even") << "0.25" << "0.2";
-        QTest::newRow("negative") << "-5.25" << "-5.2";
-        QTest::newRow("empty") << "" << "-";
-        QTest::newRow("dash kept") << "-" << "-";
-        QTest::newRow("text kept") << "NA" << "NA";
-        QTest::newRow("leading space kept verbatim") << " 87.5" << " 87.5";
-        QTest::newRow("trailing space kept verbatim") << "87.5 " << "87.5 ";
-        QTest::newRow("trailing garbage kept verbatim") << "87.5x" << "87.5x";
-        QTest::newRow("decimal comma kept verbatim") << "87,5" << "87,5";
+        QTest::newRow("one decimal") << "87.5"
+                                     << "87.5";
+        QTest::newRow("rounded to one decimal") << "66.666"
+                                                << "66.7";
+        QTest::newRow("integer gains a decimal") << "0"
+                                                 << "0.0";
+        QTest::newRow("five characters drop decimals") << "133.33"
+                                                       << "133";
+        QTest::newRow("100.0 is five characters") << "100.0"
+                                                  << "100";
+        QTest::newRow("rounding up to five characters") << "99.99"
+                                                        << "100";
+        QTest::newRow("four digits") << "1000"
+                                     << "1000";
+        QTest::newRow("exponent") << "1e2"
+                                  << "100";
+        QTest::newRow("printf rounds the binary value") << "0.05"
+                                                        << "0.1";
+        QTest::newRow("printf rounds an exact tie to even") << "0.25"
+                                                            << "0.2";
+        QTest::newRow("negative") << "-5.25"
+                                  << "-5.2";
+        QTest::newRow("empty") << ""
+                               << "-";
+        QTest::newRow("dash kept") << "-"
+                                   << "-";
+        QTest::newRow("text kept") << "NA"
+                                   << "NA";
+        QTest::newRow("leading space kept verbatim") << " 87.5"
+                                                     << " 87.5";
+        QTest::newRow("trailing space kept verbatim") << "87.5 "
+                                                      << "87.5 ";
+        QTest::newRow("trailing garbage kept verbatim") << "87.5x"
+                                                        << "87.5x";
+        QTest::newRow("decimal comma kept verbatim") << "87,5"
+                                                     << "87,5";
     }
 
     void strikeRate()
@@ -82,8 +99,7 @@ private slots:
             << QByteArray(R"({"name": 5, "runs": "12", "balls": 3.5, "fours": null,
                               "sixes": [], "strikeRate": 87.5, "isNotOut": 1})")
             << "|0|0|0|0|-|0";
-        QTest::newRow("not-out as text") << QByteArray(R"({"isNotOut": "true"})")
-                                         << "|0|0|0|0|-|0";
+        QTest::newRow("not-out as text") << QByteArray(R"({"isNotOut": "true"})") << "|0|0|0|0|-|0";
         QTest::newRow("integral float and negative runs")
             << QByteArray(R"({"runs": 12.0, "balls": -1})") << "|12|-1|0|0|-|0";
         QTest::newRow("spaces and tabs trimmed, line break kept")

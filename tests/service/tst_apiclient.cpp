@@ -1,12 +1,11 @@
 #include "APIClient.h"
+#include "FailureText.h"
 #include "FixtureServer.h"
 #include "MatchesResponse.h"
 
-#include "FailureText.h"
-
+#include <memory>
 #include <QSignalSpy>
 #include <QTest>
-#include <memory>
 
 using namespace std::chrono_literals;
 
@@ -56,8 +55,8 @@ private slots:
         QTest::newRow("299") << 299 << twoMatches << "";
         QTest::newRow("199") << 199 << twoMatches << "HTTP 199";
         QTest::newRow("300") << 300 << twoMatches << "HTTP 300";
-        QTest::newRow("404 with a JSON body") << 404 << QByteArray(R"({"error":"no"})")
-                                              << "HTTP 404";
+        QTest::newRow("404 with a JSON body")
+            << 404 << QByteArray(R"({"error":"no"})") << "HTTP 404";
         QTest::newRow("400") << 400 << QByteArray() << "HTTP 400";
         QTest::newRow("503") << 503 << twoMatches << "HTTP 503";
         QTest::newRow("200 without a body") << 200 << QByteArray() << "HTTP 200";
@@ -138,8 +137,8 @@ private slots:
             << QByteArray(R"({"matches": [{"matchID": 1}, {"matchID": 2}, {"matchID": 3},
                                           {"matchID": "4"}]})")
             << R"("matches[3].matchID")";
-        QTest::newRow("HTML error page with 200") << QByteArray("<html>oops</html>")
-                                                  << "malformed JSON";
+        QTest::newRow("HTML error page with 200")
+            << QByteArray("<html>oops</html>") << "malformed JSON";
     }
 
     void decodingFailures()

@@ -4,14 +4,18 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-FixtureServer::FixtureServer(QObject *parent) : QAbstractHttpServer(parent)
+FixtureServer::FixtureServer(QObject *parent)
+    : QAbstractHttpServer(parent)
 {
     m_port = listen(QHostAddress::LocalHost, 0);
     if (m_port == 0)
         qFatal("FixtureServer: cannot listen on 127.0.0.1");
 }
 
-QString FixtureServer::baseURL() const { return QStringLiteral("http://127.0.0.1:%1").arg(m_port); }
+QString FixtureServer::baseURL() const
+{
+    return QStringLiteral("http://127.0.0.1:%1").arg(m_port);
+}
 
 void FixtureServer::script(const QString &path, const FixtureResponse &response)
 {
@@ -24,10 +28,12 @@ bool FixtureServer::handleRequest(const QHttpServerRequest &request, QTcpSocket 
     m_requestedPaths.append(path);
     m_lastHeaders = request.headers();
     const auto scripted = m_scripts.constFind(path);
-    const FixtureResponse response =
-        scripted != m_scripts.cend() ? *scripted : FixtureResponse{404, "{\"error\":\"not found\"}"};
+    const FixtureResponse response = scripted != m_scripts.cend()
+                                         ? *scripted
+                                         : FixtureResponse{404, "{\"error\":\"not found\"}"};
     if (response.delay.count() > 0)
-        QTimer::singleShot(response.delay, socket, [socket, response] { respond(socket, response); });
+        QTimer::singleShot(response.delay, socket,
+                           [socket, response] { respond(socket, response); });
     else
         respond(socket, response);
     return true;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <QAbstractHttpServer>
 #include <QByteArray>
 #include <QHash>
 #include <QStringList>
-#include <chrono>
 
 // One scripted answer of the fixture server.
 struct FixtureResponse {
