@@ -9,6 +9,8 @@ packages=(
     # qt6-httpserver-dev's CMake package needs QtWebSockets but does not depend on it.
     qt6-websockets-dev
     libsimdjson-dev libbenchmark-dev
+    # The league simulator draws team badges with text.
+    fonts-dejavu-core
 )
 if [[ "${1:-}" == fuzz ]]; then
     packages+=(clang libclang-rt-14-dev)

@@ -1,5 +1,7 @@
 #include "FixtureServer.h"
 
+#include "HttpReply.h"
+
 #include <QHttpServerRequest>
 #include <QTcpSocket>
 #include <QTimer>
@@ -46,16 +48,9 @@ void FixtureServer::missingHandler(const QHttpServerRequest &, QTcpSocket *socke
 
 void FixtureServer::respond(QTcpSocket *socket, const FixtureResponse &response)
 {
-    QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " Scripted\r\n";
-    head += "Content-Length: " + QByteArray::number(response.body.size()) + "\r\n";
-    if (!response.body.isEmpty())
-        head += "Content-Type: " + response.contentType + "\r\n";
-    head += "\r\n";
-    socket->write(head);
-    if (response.dropMidBody) {
-        socket->write(response.body.left(response.body.size() / 2));
-        socket->disconnectFromHost();
-        return;
-    }
-    socket->write(response.body);
+    const HttpReply reply{response.status, response.body, response.contentType, {}};
+    if (response.dropMidBody)
+        reply.writeTruncatedTo(socket);
+    else
+        reply.writeTo(socket);
 }

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QPair>
+
+class QTcpSocket;
+
+// An HTTP/1.1 response written straight to the socket, so that any status line (199, 299) and
+// any breakage (a connection dropped mid-body) can be produced.
+struct HttpReply {
+    int status = 200;
+    QByteArray body;
+    QByteArray contentType = "application/json";
+    QList<QPair<QByteArray, QByteArray>> headers;
+
+    static HttpReply json(const QByteArray &body, int status = 200);
+    static HttpReply text(int status, const QByteArray &message);
+
+    void writeTo(QTcpSocket *socket) const;
+    // Announces the full length, sends half the body, then closes the connection.
+    void writeTruncatedTo(QTcpSocket *socket) const;
+
+private:
+    QByteArray head() const;
+};

@@ -1,0 +1,138 @@
+#include "LeagueServer.h"
+
+#include "LogoArt.h"
+
+#include <QHttpServerRequest>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+
+namespace {
+
+QByteArray compact(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+HttpReply notFound()
+{
+    return HttpReply::json(R"({"error": "not found"})", 404);
+}
+
+} // namespace
+
+LeagueServer::LeagueServer(League &league, Clock clock, FaultInjector faults, IngestSink &ingest,
+                           QObject *parent)
+    : QAbstractHttpServer(parent)
+    , m_league(league)
+    , m_clock(std::move(clock))
+    , m_faults(faults)
+    , m_ingest(ingest)
+{
+}
+
+bool LeagueServer::start(quint16 port, QString *error)
+{
+    auto *tcp = new QTcpServer(this);
+    if (!tcp->listen(QHostAddress::LocalHost, port)) {
+        *error =
+            QStringLiteral("cannot listen on 127.0.0.1:%1: %2").arg(port).arg(tcp->errorString());
+        delete tcp;
+        return false;
+    }
+    bind(tcp);
+    m_port = tcp->serverPort();
+    m_league.setOrigin(origin());
+
+    for (const LeagueTeam &team : m_league.teams()) {
+        const QString location = m_league.logoLocation(team);
+        const QString path = QUrl(location).path();
+        const bool svg = path.endsWith(QLatin1StringView(".svg"));
+        m_logos.insert(path, HttpReply{200,
+                                       svg ? LogoArt::svg(team) : LogoArt::png(team),
+                                       svg ? "image/svg+xml" : "image/png",
+                                       {}});
+    }
+    return true;
+}
+
+QString LeagueServer::origin() const
+{
+    return QStringLiteral("http://127.0.0.1:%1").arg(m_port);
+}
+
+HttpReply LeagueServer::scoreServiceReply(const QString &path, Kind *kind) const
+{
+    static const QRegularExpression scorecard(
+        QStringLiteral("^/api/matches/(-?\\d{1,18})/scorecard$"));
+    const QDateTime now = m_clock();
+    *kind = Kind::MatchList;
+    if (path == QLatin1StringView("/api/matches/today"))
+        return HttpReply::json(compact(m_league.todayJson(now)));
+    if (path == QLatin1StringView("/api/matches/upcoming"))
+        return HttpReply::json(compact(m_league.upcomingJson(now)));
+    if (path == QLatin1StringView("/api/matches/results"))
+        return HttpReply::json(compact(m_league.resultsJson(now)));
+    *kind = Kind::Scorecard;
+    if (const auto match = scorecard.match(path); match.hasMatch()) {
+        const auto card = m_league.scorecardJson(match.captured(1).toLongLong(), now);
+        return card ? HttpReply::json(compact(*card)) : notFound();
+    }
+    *kind = Kind::Other;
+    return m_logos.value(path, notFound());
+}
+
+bool LeagueServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)
+{
+    static const QRegularExpression ingest(QStringLiteral("^/v2/(namespace/[^/]+/)?$"));
+    const QString path = request.url().path();
+    if (ingest.match(path).hasMatch()) {
+        if (request.method() != QHttpServerRequest::Method::Post)
+            HttpReply::text(405, "POST a JSON array of signals").writeTo(socket);
+        else
+            HttpReply::json("{}", m_ingest.receive(request.body())).writeTo(socket);
+        return true;
+    }
+    if (request.method() != QHttpServerRequest::Method::Get) {
+        HttpReply::text(405, "only GET is served here").writeTo(socket);
+        return true;
+    }
+    Kind kind;
+    HttpReply reply = scoreServiceReply(path, &kind);
+    const auto latency = m_faults.latency();
+    if (latency.count() > 0) {
+        QTimer::singleShot(latency, socket,
+                           [this, socket, reply, kind] { sendWithFaults(socket, reply, kind); });
+    } else {
+        sendWithFaults(socket, reply, kind);
+    }
+    return true;
+}
+
+void LeagueServer::sendWithFaults(QTcpSocket *socket, HttpReply reply, Kind kind)
+{
+    switch (m_faults.next()) {
+    case FaultInjector::Fault::Fail:
+        HttpReply::json(R"({"error": "the score service is unavailable"})",
+                        m_faults.failureStatus())
+            .writeTo(socket);
+        return;
+    case FaultInjector::Fault::Drop:
+        reply.writeTruncatedTo(socket);
+        return;
+    case FaultInjector::Fault::Garbage:
+        if (kind != Kind::Other && reply.status == 200)
+            reply.body = m_faults.garbage(reply.body, kind == Kind::MatchList);
+        break;
+    case FaultInjector::Fault::None:
+        break;
+    }
+    reply.writeTo(socket);
+}
+
+void LeagueServer::missingHandler(const QHttpServerRequest &, QTcpSocket *socket)
+{
+    notFound().writeTo(socket);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "FaultInjector.h"
+#include "HttpReply.h"
+#include "IngestSink.h"
+#include "League.h"
+
+#include <functional>
+#include <QAbstractHttpServer>
+#include <QHash>
+
+// Serves a league exactly as the score service would, plus team logos and an analytics ingest
+// sink, all on 127.0.0.1.
+class LeagueServer : public QAbstractHttpServer {
+    Q_OBJECT
+
+public:
+    using Clock = std::function<QDateTime()>;
+
+    LeagueServer(League &league, Clock clock, FaultInjector faults, IngestSink &ingest,
+                 QObject *parent = nullptr);
+
+    // Listens on 127.0.0.1 (port 0: any free port); false with a reason when that fails.
+    bool start(quint16 port, QString *error);
+    QString origin() const;
+
+protected:
+    bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
+    void missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) override;
+
+private:
+    enum class Kind { MatchList, Scorecard, Other };
+    HttpReply scoreServiceReply(const QString &path, Kind *kind) const;
+    void sendWithFaults(QTcpSocket *socket, HttpReply reply, Kind kind);
+
+    League &m_league;
+    Clock m_clock;
+    FaultInjector m_faults;
+    IngestSink &m_ingest;
+    QHash<QString, HttpReply> m_logos; // by path
+    quint16 m_port = 0;
+};
