@@ -1,18 +1,12 @@
 #include "EntryFields.h"
 
+#include "SpacesAndTabs.h"
+
 namespace EntryFields {
 
 QString trimmedName(const JsonDecoding::Object &object)
 {
-    const QString name = text(object, "name", QString());
-    const auto isBlank = [](QChar c) { return c == u' ' || c == u'\t'; };
-    qsizetype begin = 0;
-    qsizetype end = name.size();
-    while (begin < end && isBlank(name.at(begin)))
-        ++begin;
-    while (end > begin && isBlank(name.at(end - 1)))
-        --end;
-    return name.sliced(begin, end - begin);
+    return trimSpacesAndTabs(text(object, "name", QString()));
 }
 
 QString text(const JsonDecoding::Object &object, std::string_view key, const QString &fallback)

@@ -256,30 +256,37 @@ QString ZelMatch::awayTeamCode() const
     return code.isEmpty() ? awayTeamAPICode : code;
 }
 
-QString ZelMatch::formattedTossDetails() const
+std::optional<QString> ZelMatch::tossDecision() const
 {
-    if (tossDetails.isEmpty())
-        return tossDetails;
-
     const QString lowered = tossDetails.toLower();
-    QLatin1StringView decision;
     if (lowered.contains(QLatin1StringView("field")) || lowered.contains(QLatin1StringView("bowl")))
-        decision = QLatin1StringView("field");
-    else if (lowered.contains(QLatin1StringView("bat")))
-        decision = QLatin1StringView("bat");
-    else
-        return tossDetails;
+        return QStringLiteral("field");
+    if (lowered.contains(QLatin1StringView("bat")))
+        return QStringLiteral("bat");
+    return std::nullopt;
+}
 
+std::optional<QString> ZelMatch::tossWinnerCode() const
+{
     const QString *winnerID = nullptr;
     if (!homeTeamName.isEmpty() && tossDetails.contains(homeTeamName))
         winnerID = &homeTeamID;
     else if (!awayTeamName.isEmpty() && tossDetails.contains(awayTeamName))
         winnerID = &awayTeamID;
+    if (!winnerID)
+        return std::nullopt;
+    return *winnerID == QString::number(firstBattingTeamID) ? firstBattingTeamCode
+                                                            : secondBattingTeamCode;
+}
 
+QString ZelMatch::formattedTossDetails() const
+{
+    const auto decision = tossDecision();
+    if (tossDetails.isEmpty() || !decision)
+        return tossDetails;
     // With no team named, the side batting first is taken as the toss winner.
-    const bool winnerBattedFirst = !winnerID || *winnerID == QString::number(firstBattingTeamID);
-    const QString &code = winnerBattedFirst ? firstBattingTeamCode : secondBattingTeamCode;
+    const QString code = tossWinnerCode().value_or(firstBattingTeamCode);
     if (code.isEmpty())
         return tossDetails;
-    return code + QLatin1StringView(" won the toss, chose to ") + decision;
+    return code + QLatin1StringView(" won the toss, chose to ") + *decision;
 }

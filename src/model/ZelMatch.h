@@ -4,6 +4,7 @@
 #include "Result.h"
 
 #include <optional>
+#include <QMetaType>
 #include <QString>
 #include <QUrl>
 
@@ -61,8 +62,17 @@ struct ZelMatch {
     QString awayTeamCode() const;
     QString formattedTossDetails() const;
 
+    // What the toss winner chose, "field" (bowling counts as fielding) or "bat", as the toss
+    // text says; nothing when it says neither.
+    std::optional<QString> tossDecision() const;
+    // The batting code of the side the toss text names (home first), which may be empty;
+    // nothing when it names neither side.
+    std::optional<QString> tossWinnerCode() const;
+
     friend bool operator==(const ZelMatch &, const ZelMatch &) = default;
 
 private:
     bool homeBattedFirst() const;
 };
+
+Q_DECLARE_METATYPE(ZelMatch)

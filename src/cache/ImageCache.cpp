@@ -1,0 +1,64 @@
+#include "ImageCache.h"
+
+#include "LogoWorker.h"
+
+#include <QDir>
+#include <QStandardPaths>
+
+ImageCache &ImageCache::shared()
+{
+    static ImageCache cache([] {
+        const QString base = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+        if (base.isEmpty())
+            qFatal("ImageCache: the system reports no cache folder");
+        return base + QStringLiteral("/ZelMenuBar/logos");
+    }());
+    return cache;
+}
+
+ImageCache::ImageCache(const QString &cacheDir, QObject *parent)
+    : QObject(parent)
+    , m_cacheDir(cacheDir)
+{
+    // A folder that cannot be made only means logos are fetched again on the next run.
+    QDir().mkpath(m_cacheDir);
+    m_worker = std::make_unique<LogoWorker>(m_cacheDir, this);
+}
+
+ImageCache::~ImageCache() = default;
+
+QString ImageCache::keyFor(const QUrl &url)
+{
+    return url.fileName(QUrl::FullyDecoded);
+}
+
+void ImageCache::prefetch(const QList<QUrl> &urls, std::function<void()> completion)
+{
+    QList<std::pair<QUrl, QString>> needed;
+    for (const QUrl &url : urls) {
+        QString key = keyFor(url);
+        if (!m_memory.contains(key))
+            needed.append({url, std::move(key)});
+    }
+    if (needed.isEmpty()) {
+        if (completion)
+            completion();
+        return;
+    }
+
+    struct Group {
+        qsizetype outstanding;
+        std::function<void()> completion;
+    };
+    auto group = std::make_shared<Group>(Group{needed.size(), std::move(completion)});
+    for (auto &[url, key] : needed) {
+        m_worker->submit({url, key, [this, group, key](std::optional<QImage> image) {
+                              if (image) {
+                                  m_memory.insert(key, *image);
+                                  emit imageStored(key);
+                              }
+                              if (--group->outstanding == 0 && group->completion)
+                                  group->completion();
+                          }});
+    }
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "ZelMatch.h"
+
+#include <optional>
+#include <QDateTime>
+#include <QList>
+
+// The one line the status item shows, always starting with the cricket bat.
+class StatusTitle {
+public:
+    static inline const QString bat = QStringLiteral("\U0001F3CF");
+
+    // A list of matches together with their parsed start times, index for index.
+    struct Schedule {
+        const QList<ZelMatch> &matches;
+        const QList<std::optional<QDateTime>> &starts;
+    };
+
+    // The first rule that applies: live, delayed, next start today, today's result, next
+    // fixture, idle.
+    static QString compose(Schedule today, Schedule fixtures, const QDateTime &now);
+
+    static QString liveStatusBarText(const ZelMatch &match);
+    static QString shortScoreWithOvers(const QString &summary);
+    static std::optional<QString> shortTossText(const ZelMatch &match);
+    static QString countdown(const QDateTime &start, const QDateTime &now);
+};

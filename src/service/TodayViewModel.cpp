@@ -1,0 +1,259 @@
+#include "TodayViewModel.h"
+
+#include "ImageCache.h"
+#include "LeagueCalendar.h"
+#include "RefreshSchedule.h"
+
+#include <algorithm>
+#include <QDBusConnection>
+#include <QPointer>
+
+namespace {
+
+QList<std::optional<QDateTime>> startsOf(const QList<ZelMatch> &list)
+{
+    QList<std::optional<QDateTime>> starts;
+    starts.reserve(list.size());
+    for (const ZelMatch &match : list)
+        starts.append(LeagueCalendar::parseStartTime(match.startTime));
+    return starts;
+}
+
+// Runs on the next turn of the main loop, and not at all once the owner is gone.
+template <typename F> void later(QObject *owner, F &&step)
+{
+    QMetaObject::invokeMethod(owner, std::forward<F>(step), Qt::QueuedConnection);
+}
+
+} // namespace
+
+// What differs between the three list loads; the steps are the same.
+struct TodayViewModel::ListLoad {
+    bool TodayViewModel::*loading;
+    void (TodayViewModel::*loadingChanged)();
+    QString TodayViewModel::*error;
+    void (TodayViewModel::*errorChanged)();
+    void (APIClient::*request)(APIClient::MatchesCompletion);
+    void (TodayViewModel::*loaded)(QList<ZelMatch>);
+};
+
+TodayViewModel::TodayViewModel(Setup setup, QObject *parent)
+    : QObject(parent)
+    , m_setup(std::move(setup))
+    , m_client(m_setup.serviceURL, m_setup.requestTimeout)
+    , m_logos(m_setup.logos ? *m_setup.logos : ImageCache::shared())
+{
+    m_autoRefreshTimer.setSingleShot(true);
+    connect(&m_autoRefreshTimer, &QTimer::timeout, this, &TodayViewModel::fetchToday);
+
+    m_ticker.setInterval(tickInterval);
+    connect(&m_ticker, &QTimer::timeout, this, &TodayViewModel::tick);
+    m_ticker.start();
+    resetSleepWatch();
+    if (m_setup.watchSystemSleep) {
+        QDBusConnection::systemBus().connect(
+            QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+            QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"),
+            this, SLOT(prepareForSleep(bool)));
+    }
+
+    fetchToday();
+    fetchFixtures();
+}
+
+void TodayViewModel::load(const ListLoad &list)
+{
+    if (this->*list.loading)
+        return;
+    this->*list.loading = true;
+    emit(this->*list.loadingChanged)();
+    if (!(this->*list.error).isEmpty()) {
+        (this->*list.error).clear();
+        emit(this->*list.errorChanged)();
+    }
+    (m_client.*list.request)([self = QPointer(this), list](Result<QList<ZelMatch>> result) {
+        if (!self)
+            return;
+        later(self, [self, list, result = std::move(result)]() mutable {
+            self->*list.loading = false;
+            emit(self->*list.loadingChanged)();
+            if (!result.isOk()) {
+                self->*list.error = result.error().description;
+                emit(self->*list.errorChanged)();
+                return;
+            }
+            (self->*list.loaded)(std::move(result).value());
+        });
+    });
+}
+
+void TodayViewModel::fetchToday()
+{
+    load({&TodayViewModel::m_isLoading, &TodayViewModel::isLoadingChanged, &TodayViewModel::m_error,
+          &TodayViewModel::errorChanged, &APIClient::fetchTodayMatches,
+          &TodayViewModel::todayLoaded});
+}
+
+void TodayViewModel::fetchFixtures()
+{
+    load({&TodayViewModel::m_isLoadingFixtures, &TodayViewModel::isLoadingFixturesChanged,
+          &TodayViewModel::m_fixturesError, &TodayViewModel::fixturesErrorChanged,
+          &APIClient::fetchUpcomingMatches, &TodayViewModel::fixturesLoaded});
+}
+
+void TodayViewModel::fetchResults()
+{
+    load({&TodayViewModel::m_isLoadingResults, &TodayViewModel::isLoadingResultsChanged,
+          &TodayViewModel::m_resultsError, &TodayViewModel::resultsErrorChanged,
+          &APIClient::fetchResultMatches, &TodayViewModel::resultsLoaded});
+}
+
+void TodayViewModel::todayLoaded(QList<ZelMatch> list)
+{
+    m_matchStarts = startsOf(list);
+    m_matches = std::move(list);
+    emit matchesChanged();
+    m_lastUpdated = m_setup.clock();
+    emit lastUpdatedChanged();
+    prefetchLogos(m_matches);
+    updateStatusBar();
+    refreshLiveScorecards(m_matches);
+    scheduleAutoRefresh();
+}
+
+void TodayViewModel::fixturesLoaded(QList<ZelMatch> list)
+{
+    // From tomorrow on, in the league's calendar, earliest first; equal starts keep their order.
+    const QDateTime tomorrow = LeagueCalendar::startOfNextDay(m_setup.clock());
+    QList<std::pair<QDateTime, qsizetype>> kept;
+    for (qsizetype i = 0; i < list.size(); ++i) {
+        const auto start = LeagueCalendar::parseStartTime(list[i].startTime);
+        if (start && *start >= tomorrow)
+            kept.append({*start, i});
+    }
+    std::stable_sort(kept.begin(), kept.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    QList<ZelMatch> fixtures;
+    m_fixtureStarts.clear();
+    for (const auto &[start, index] : kept) {
+        fixtures.append(list[index]);
+        m_fixtureStarts.append(start);
+    }
+    m_fixtureMatches = std::move(fixtures);
+    emit fixtureMatchesChanged();
+    prefetchLogos(list);
+    updateStatusBar();
+}
+
+void TodayViewModel::resultsLoaded(QList<ZelMatch> list)
+{
+    m_resultMatches = std::move(list);
+    emit resultMatchesChanged();
+    prefetchLogos(m_resultMatches);
+    updateStatusBar();
+}
+
+void TodayViewModel::fetchScorecard(qint64 matchID)
+{
+    if (m_loadingScorecards.contains(matchID) || m_scorecards.contains(matchID))
+        return;
+    m_loadingScorecards.insert(matchID);
+    emit loadingScorecardsChanged();
+    m_client.fetchScorecard(matchID, [self = QPointer(this), matchID](Result<ZelScorecard> result) {
+        if (!self)
+            return;
+        later(self, [self, matchID, result = std::move(result)]() mutable {
+            self->m_loadingScorecards.remove(matchID);
+            emit self->loadingScorecardsChanged();
+            if (result.isOk()) {
+                self->m_scorecards.insert(matchID, std::move(result).value());
+                emit self->scorecardsChanged();
+            } else {
+                self->m_scorecardErrors.insert(matchID, result.error().description);
+                emit self->scorecardErrorsChanged();
+            }
+        });
+    });
+}
+
+void TodayViewModel::refreshLiveScorecards(const QList<ZelMatch> &list)
+{
+    for (const ZelMatch &match : list) {
+        if (match.matchStatus != QLatin1StringView("live") ||
+            m_loadingScorecards.contains(match.matchID))
+            continue;
+        if (m_scorecards.remove(match.matchID))
+            emit scorecardsChanged();
+        if (m_scorecardErrors.remove(match.matchID))
+            emit scorecardErrorsChanged();
+        fetchScorecard(match.matchID);
+    }
+}
+
+void TodayViewModel::prefetchLogos(const QList<ZelMatch> &list)
+{
+    QList<QUrl> urls;
+    urls.reserve(2 * list.size());
+    for (const ZelMatch &match : list) {
+        for (const QString &logo : {match.homeTeamLogo, match.awayTeamLogo}) {
+            if (const auto url = ZelMatch::logoURL(logo, m_setup.serviceURL))
+                urls.append(*url);
+        }
+    }
+    m_logos.prefetch(urls);
+}
+
+void TodayViewModel::updateStatusBar()
+{
+    const QString title = StatusTitle::compose(
+        {m_matches, m_matchStarts}, {m_fixtureMatches, m_fixtureStarts}, m_setup.clock());
+    if (title == m_statusBarTitle)
+        return;
+    m_statusBarTitle = title;
+    emit statusBarTitleChanged(m_statusBarTitle);
+}
+
+std::chrono::milliseconds TodayViewModel::autoRefreshInterval() const
+{
+    return RefreshSchedule::interval({m_matches, m_matchStarts}, m_setup.clock());
+}
+
+void TodayViewModel::scheduleAutoRefresh()
+{
+    m_autoRefreshTimer.stop();
+    m_autoRefreshTimer.start(autoRefreshInterval());
+}
+
+void TodayViewModel::systemDidWake()
+{
+    resetSleepWatch();
+    invalidateAutoRefresh();
+    fetchToday();
+    fetchFixtures();
+}
+
+void TodayViewModel::prepareForSleep(bool sleeping)
+{
+    if (!sleeping)
+        systemDidWake();
+}
+
+void TodayViewModel::tick()
+{
+    const QDateTime now = m_setup.clock();
+    const qint64 wallClock = m_lastTickWallClock.msecsTo(now);
+    const qint64 monotonic = m_sinceLastTick.elapsed();
+    if (wallClock - monotonic > sleepThreshold.count()) {
+        systemDidWake();
+    } else {
+        m_lastTickWallClock = now;
+        m_sinceLastTick.restart();
+    }
+    updateStatusBar();
+}
+
+void TodayViewModel::resetSleepWatch()
+{
+    m_lastTickWallClock = m_setup.clock();
+    m_sinceLastTick.start();
+}

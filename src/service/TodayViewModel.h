@@ -1,0 +1,148 @@
+#pragma once
+
+#include "APIClient.h"
+#include "StatusTitle.h"
+#include "ZelMatch.h"
+#include "ZelScorecard.h"
+
+#include <functional>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QHash>
+#include <QObject>
+#include <QSet>
+#include <QTimer>
+
+class ImageCache;
+
+// The application's one state object: the three match lists, their loading and error states,
+// the scorecards fetched so far and the status title, kept current by an auto-refresh timer.
+// Everything here lives on the main thread.
+class TodayViewModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QList<ZelMatch> matches READ matches NOTIFY matchesChanged)
+    Q_PROPERTY(QList<ZelMatch> fixtureMatches READ fixtureMatches NOTIFY fixtureMatchesChanged)
+    Q_PROPERTY(QList<ZelMatch> resultMatches READ resultMatches NOTIFY resultMatchesChanged)
+    Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
+    Q_PROPERTY(bool isLoadingFixtures READ isLoadingFixtures NOTIFY isLoadingFixturesChanged)
+    Q_PROPERTY(bool isLoadingResults READ isLoadingResults NOTIFY isLoadingResultsChanged)
+    Q_PROPERTY(QString error READ error NOTIFY errorChanged)
+    Q_PROPERTY(QString fixturesError READ fixturesError NOTIFY fixturesErrorChanged)
+    Q_PROPERTY(QString resultsError READ resultsError NOTIFY resultsErrorChanged)
+    Q_PROPERTY(QString statusBarTitle READ statusBarTitle NOTIFY statusBarTitleChanged)
+    Q_PROPERTY(QDateTime lastUpdated READ lastUpdated NOTIFY lastUpdatedChanged)
+    Q_PROPERTY(QString competitionName READ competitionName CONSTANT)
+    Q_PROPERTY(ScorecardMap scorecards READ scorecards NOTIFY scorecardsChanged)
+    Q_PROPERTY(ErrorMap scorecardErrors READ scorecardErrors NOTIFY scorecardErrorsChanged)
+    Q_PROPERTY(IdSet loadingScorecards READ loadingScorecards NOTIFY loadingScorecardsChanged)
+
+public:
+    using Clock = std::function<QDateTime()>;
+    using ScorecardMap = QHash<qint64, ZelScorecard>;
+    using ErrorMap = QHash<qint64, QString>;
+    using IdSet = QSet<qint64>;
+
+    struct Setup {
+        QString serviceURL = QString::fromLatin1(ZelConfig::scoreServiceURL);
+        Clock clock = [] { return QDateTime::currentDateTimeUtc(); };
+        ImageCache *logos = nullptr; // the shared cache when not given
+        std::chrono::milliseconds requestTimeout = APIClient::defaultTimeout;
+        bool watchSystemSleep = true; // logind's PrepareForSleep on the system bus
+    };
+
+    static constexpr std::chrono::milliseconds tickInterval{60'000};
+    // A wall clock that ran this much further than the monotonic one means the machine slept.
+    static constexpr std::chrono::milliseconds sleepThreshold{30'000};
+
+    // Starts loading today's matches and the fixtures at once.
+    explicit TodayViewModel(Setup setup, QObject *parent = nullptr);
+
+    const QList<ZelMatch> &matches() const { return m_matches; }
+    const QList<ZelMatch> &fixtureMatches() const { return m_fixtureMatches; }
+    const QList<ZelMatch> &resultMatches() const { return m_resultMatches; }
+    bool isLoading() const { return m_isLoading; }
+    bool isLoadingFixtures() const { return m_isLoadingFixtures; }
+    bool isLoadingResults() const { return m_isLoadingResults; }
+    // Error texts are empty while there is no error.
+    const QString &error() const { return m_error; }
+    const QString &fixturesError() const { return m_fixturesError; }
+    const QString &resultsError() const { return m_resultsError; }
+    const QString &statusBarTitle() const { return m_statusBarTitle; }
+    const QDateTime &lastUpdated() const { return m_lastUpdated; }
+    QString competitionName() const { return QStringLiteral("Zel 2026"); }
+    const ScorecardMap &scorecards() const { return m_scorecards; }
+    const ErrorMap &scorecardErrors() const { return m_scorecardErrors; }
+    const IdSet &loadingScorecards() const { return m_loadingScorecards; }
+
+    bool isAutoRefreshPending() const { return m_autoRefreshTimer.isActive(); }
+    std::chrono::milliseconds autoRefreshInterval() const;
+
+public slots:
+    void fetchToday();
+    void fetchFixtures();
+    void fetchResults();
+    void fetchScorecard(qint64 matchID);
+    void updateStatusBar();
+    void scheduleAutoRefresh();
+    // Stops the pending auto-refresh; the refresh button does this before reloading.
+    void invalidateAutoRefresh() { m_autoRefreshTimer.stop(); }
+    // The machine resumed from sleep: drop the pending refresh and reload.
+    void systemDidWake();
+    // Every 60 seconds: keeps countdowns current and notices a sleep the system did not report.
+    void tick();
+
+signals:
+    void matchesChanged();
+    void fixtureMatchesChanged();
+    void resultMatchesChanged();
+    void isLoadingChanged();
+    void isLoadingFixturesChanged();
+    void isLoadingResultsChanged();
+    void errorChanged();
+    void fixturesErrorChanged();
+    void resultsErrorChanged();
+    void statusBarTitleChanged(const QString &title);
+    void lastUpdatedChanged();
+    void scorecardsChanged();
+    void scorecardErrorsChanged();
+    void loadingScorecardsChanged();
+
+private slots:
+    void prepareForSleep(bool sleeping);
+
+private:
+    struct ListLoad;
+    void load(const ListLoad &list);
+    void refreshLiveScorecards(const QList<ZelMatch> &list);
+    void prefetchLogos(const QList<ZelMatch> &list);
+    void todayLoaded(QList<ZelMatch> list);
+    void fixturesLoaded(QList<ZelMatch> list);
+    void resultsLoaded(QList<ZelMatch> list);
+    void resetSleepWatch();
+
+    Setup m_setup;
+    APIClient m_client;
+    ImageCache &m_logos;
+
+    QList<ZelMatch> m_matches;
+    QList<std::optional<QDateTime>> m_matchStarts;
+    QList<ZelMatch> m_fixtureMatches;
+    QList<std::optional<QDateTime>> m_fixtureStarts;
+    QList<ZelMatch> m_resultMatches;
+    bool m_isLoading = false;
+    bool m_isLoadingFixtures = false;
+    bool m_isLoadingResults = false;
+    QString m_error;
+    QString m_fixturesError;
+    QString m_resultsError;
+    QString m_statusBarTitle = StatusTitle::bat;
+    QDateTime m_lastUpdated;
+    ScorecardMap m_scorecards;
+    ErrorMap m_scorecardErrors;
+    IdSet m_loadingScorecards;
+
+    QTimer m_autoRefreshTimer;
+    QTimer m_ticker;
+    QDateTime m_lastTickWallClock;
+    QElapsedTimer m_sinceLastTick; // monotonic: stands still while the machine sleeps
+};
