@@ -28,11 +28,8 @@ bool FixtureServer::handleRequest(const QHttpServerRequest &request, QTcpSocket 
 {
     const QString path = request.url().path();
     m_requestedPaths.append(path);
-    m_lastHeaders = request.headers();
     const auto scripted = m_scripts.constFind(path);
-    const FixtureResponse response = scripted != m_scripts.cend()
-                                         ? *scripted
-                                         : FixtureResponse{404, "{\"error\":\"not found\"}"};
+    const FixtureResponse response = scripted != m_scripts.cend() ? *scripted : m_default;
     if (response.delay.count() > 0)
         QTimer::singleShot(response.delay, socket,
                            [socket, response] { respond(socket, response); });

@@ -25,10 +25,12 @@ public:
 
     QString baseURL() const;
     void script(const QString &path, const FixtureResponse &response);
+    // The answer for every path without a script of its own (a 404 unless set).
+    void scriptDefault(const FixtureResponse &response) { m_default = response; }
+    qsizetype requestCount(const QString &path) const { return m_requestedPaths.count(path); }
 
     // Paths in the order their requests arrived.
     const QStringList &requestedPaths() const { return m_requestedPaths; }
-    QList<QPair<QByteArray, QByteArray>> lastRequestHeaders() const { return m_lastHeaders; }
 
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
@@ -39,6 +41,6 @@ private:
 
     quint16 m_port = 0;
     QHash<QString, FixtureResponse> m_scripts;
+    FixtureResponse m_default{404, "{\"error\":\"not found\"}"};
     QStringList m_requestedPaths;
-    QList<QPair<QByteArray, QByteArray>> m_lastHeaders;
 };

@@ -1,0 +1,239 @@
+#include "FixtureServer.h"
+#include "ImageCache.h"
+
+#include <QBuffer>
+#include <QDirIterator>
+#include <QImage>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+QByteArray encoded(const char *format, QSize size = {32, 32})
+{
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(Qt::darkGreen);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+quint32 crc32(const QByteArray &data)
+{
+    quint32 crc = 0xffffffffU;
+    for (const char byte : data) {
+        crc ^= quint8(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ (0xedb88320U & (0U - (crc & 1U)));
+    }
+    return ~crc;
+}
+
+// A tiny PNG whose header claims width x height: a decompression bomb's calling card.
+QByteArray pngClaiming(quint32 width, quint32 height)
+{
+    QByteArray png = encoded("PNG", {1, 1});
+    QByteArray header = png.mid(12, 17); // "IHDR" and its 13 bytes of data
+    for (int i = 0; i < 4; ++i) {
+        header[4 + i] = char(width >> (24 - 8 * i));
+        header[8 + i] = char(height >> (24 - 8 * i));
+    }
+    const quint32 crc = crc32(header);
+    QByteArray crcBytes(4, 0);
+    for (int i = 0; i < 4; ++i)
+        crcBytes[i] = char(crc >> (24 - 8 * i));
+    return png.left(12) + header + crcBytes + png.mid(33);
+}
+
+const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'>"
+                       "<circle cx='20' cy='20' r='18' fill='#1f5fa8'/></svg>";
+
+// Runs a prefetch and waits for its completion.
+bool prefetched(ImageCache &cache, const QList<QUrl> &urls)
+{
+    bool done = false;
+    cache.prefetch(urls, [&done] { done = true; });
+    return QTest::qWaitFor([&] { return done; }, 10000);
+}
+
+QStringList filesUnder(const QString &root)
+{
+    QStringList files;
+    QDirIterator it(root, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        files.append(QDir(root).relativeFilePath(it.next()));
+    files.sort();
+    return files;
+}
+
+} // namespace
+
+class ImageCacheTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_root;
+    std::unique_ptr<FixtureServer> m_server;
+    QString m_folder;
+
+    QUrl url(const QString &path) const { return QUrl(m_server->baseURL() + path); }
+
+private slots:
+    void init()
+    {
+        QVERIFY(m_root.isValid());
+        QDir(m_root.path()).removeRecursively();
+        QDir().mkpath(m_root.path());
+        m_folder = m_root.filePath("ZelMenuBar/logos");
+        m_server = std::make_unique<FixtureServer>();
+        m_server->scriptDefault({200, encoded("PNG"), {}, false, "image/png"});
+    }
+
+    void formatsDecodeAndLandOnDisk_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::newRow("PNG") << encoded("PNG");
+        QTest::newRow("JPEG") << encoded("JPEG");
+        QTest::newRow("WebP") << encoded("WEBP");
+        QTest::newRow("SVG") << svg;
+    }
+
+    void formatsDecodeAndLandOnDisk()
+    {
+        QFETCH(QByteArray, body);
+        m_server->script("/logos/team", {200, body});
+        ImageCache cache(m_folder);
+        QVERIFY(prefetched(cache, {url("/logos/team")}));
+        QVERIFY(!cache.image("team").isNull());
+        QFile file(m_folder + "/team");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), body);
+    }
+
+    void nothingToFetchCompletesAtOnce()
+    {
+        ImageCache cache(m_folder);
+        bool done = false;
+        cache.prefetch({}, [&done] { done = true; });
+        QVERIFY(done);
+
+        QVERIFY(prefetched(cache, {url("/logos/a.png")}));
+        done = false;
+        cache.prefetch({url("/logos/a.png?v=2"), url("/other/a.png")}, [&done] { done = true; });
+        QVERIFY2(done, "a URL differing only in query or folder is a memory hit");
+        QCOMPARE(m_server->requestedPaths(), QStringList{"/logos/a.png"});
+    }
+
+    void duplicatesCostOneDownload()
+    {
+        ImageCache cache(m_folder);
+        cache.prefetch({url("/logos/b.png"), url("/logos/b.png")});
+        QVERIFY(prefetched(cache, {url("/logos/b.png")}));
+        QCOMPARE(m_server->requestCount("/logos/b.png"), 1);
+    }
+
+    void completionFollowsEveryStore()
+    {
+        ImageCache cache(m_folder);
+        bool allThere = false;
+        bool done = false;
+        cache.prefetch({url("/logos/c1.png"), url("/logos/c2.png"), url("/logos/missing.png")},
+                       [&] {
+                           allThere = cache.contains("c1.png") && cache.contains("c2.png");
+                           done = true;
+                       });
+        m_server->script("/logos/missing.png", {404, "no such logo"});
+        QTRY_VERIFY(done);
+        QVERIFY(allThere);
+        QVERIFY(!cache.contains("missing.png"));
+    }
+
+    void rejectedBodiesAreNeverWritten_data()
+    {
+        QTest::addColumn<FixtureResponse>("response");
+        QTest::newRow("HTML page") << FixtureResponse{200, "<html>moved</html>"};
+        QTest::newRow("empty body") << FixtureResponse{200, {}};
+        QTest::newRow("truncated PNG") << FixtureResponse{200, encoded("PNG").left(40)};
+        QTest::newRow("20000 x 20000 PNG") << FixtureResponse{200, pngClaiming(20000, 20000)};
+        QTest::newRow("dropped connection") << FixtureResponse{200, encoded("PNG"), {}, true};
+    }
+
+    void rejectedBodiesAreNeverWritten()
+    {
+        QFETCH(FixtureResponse, response);
+        m_server->script("/logos/bad.png", response);
+        ImageCache cache(m_folder);
+        QVERIFY(prefetched(cache, {url("/logos/bad.png")}));
+        QVERIFY(!cache.contains("bad.png"));
+        QVERIFY(filesUnder(m_root.path()).isEmpty());
+
+        // Nothing is remembered about the failure: the next prefetch asks again.
+        QVERIFY(prefetched(cache, {url("/logos/bad.png")}));
+        QCOMPARE(m_server->requestCount("/logos/bad.png"), 2);
+    }
+
+    void hostileNamesStayInMemory_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QStringList>("files"); // what may be written, relative to the root
+
+        QTest::newRow("dot dot") << "/logos/%2e%2e"
+                                 << ".." << QStringList{};
+        QTest::newRow("encoded slash")
+            << "/logos/..%2F..%2Fescape.png"
+            << "escape.png" << QStringList{"ZelMenuBar/logos/escape.png"};
+        QTest::newRow("encoded backslash") << "/logos/..%5Cescape.png"
+                                           << "..\\escape.png" << QStringList{};
+        QTest::newRow("NUL") << "/logos/a%00b.png" << QStringLiteral("a") + QChar(0) + "b.png"
+                             << QStringList{};
+        QTest::newRow("300 characters") << "/logos/" + QString(296, u'x') + ".png"
+                                        << QString(296, u'x') + ".png" << QStringList{};
+    }
+
+    void hostileNamesStayInMemory()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, key);
+        ImageCache cache(m_folder);
+        const QUrl logo(m_server->baseURL() + path, QUrl::StrictMode);
+        QCOMPARE(ImageCache::keyFor(logo), key);
+        QVERIFY(prefetched(cache, {logo}));
+        QVERIFY(cache.contains(key));
+        QTEST(filesUnder(m_root.path()), "files");
+    }
+
+    void restartReadsFromDisk()
+    {
+        {
+            ImageCache first(m_folder);
+            QVERIFY(prefetched(first, {url("/logos/d.png"), url("/logos/e.svg")}));
+        }
+        m_server.reset(); // no network from here on
+        ImageCache second(m_folder);
+        QVERIFY(prefetched(second, {QUrl("http://127.0.0.1:9/logos/d.png"),
+                                    QUrl("http://127.0.0.1:9/logos/e.svg")}));
+        QVERIFY(second.contains("d.png"));
+        QVERIFY(second.contains("e.svg"));
+    }
+
+    void destroyingMidDownloadDoesNotWait()
+    {
+        m_server->script("/logos/slow.png", {200, encoded("PNG"), std::chrono::seconds(20)});
+        auto cache = std::make_unique<ImageCache>(m_folder);
+        cache->prefetch({url("/logos/slow.png")}, [] { QFAIL("completion after destruction"); });
+        QTRY_COMPARE(m_server->requestCount("/logos/slow.png"), 1);
+        QElapsedTimer timer;
+        timer.start();
+        cache.reset();
+        QVERIFY(timer.elapsed() < 5000);
+        QTest::qWait(50);
+    }
+};
+
+Q_DECLARE_METATYPE(FixtureResponse)
+
+QTEST_MAIN(ImageCacheTest)
+#include "tst_imagecache.moc"

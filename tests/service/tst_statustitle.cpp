@@ -1,0 +1,324 @@
+#include "LeagueCalendar.h"
+#include "RefreshSchedule.h"
+#include "StatusTitle.h"
+
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+const QDateTime now = QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
+const QString bat = QStringLiteral("\U0001F3CF");
+
+ZelMatch match(const QString &status, std::optional<QString> start, const QString &comments = {})
+{
+    ZelMatch m;
+    m.matchStatus = status;
+    m.startTime = std::move(start);
+    m.comments = comments;
+    m.homeTeamAPICode = "STH";
+    m.awayTeamAPICode = "NTH";
+    return m;
+}
+
+// A start so many minutes from the fixed "now".
+QString in(qint64 minutes)
+{
+    return now.addSecs(minutes * 60).toString(Qt::ISODate);
+}
+
+ZelMatch live(const QString &innings, const QString &first, const QString &second)
+{
+    ZelMatch m = match("live", in(-60));
+    m.currentInnings = innings;
+    m.firstBattingTeamCode = "NTH";
+    m.secondBattingTeamCode = "STH";
+    m.firstBattingSummary = first;
+    m.secondBattingSummary = second;
+    return m;
+}
+
+QList<std::optional<QDateTime>> startsOf(const QList<ZelMatch> &list)
+{
+    QList<std::optional<QDateTime>> starts;
+    for (const ZelMatch &m : list)
+        starts.append(LeagueCalendar::parseStartTime(m.startTime));
+    return starts;
+}
+
+} // namespace
+
+class StatusTitleTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void compose_data()
+    {
+        QTest::addColumn<QList<ZelMatch>>("today");
+        QTest::addColumn<QList<ZelMatch>>("fixtures");
+        QTest::addColumn<QString>("title");
+
+        const ZelMatch firstInnings = live("1", "50/1 (6.2 Ov)", "");
+        const ZelMatch finished = match("finished", in(-240), " NTH won by 4 runs\t");
+        const ZelMatch fixture = match("upcoming", "2026-11-24T19:30:00+05:30");
+
+        QTest::newRow("nothing at all: idle") << QList<ZelMatch>{} << QList<ZelMatch>{} << bat;
+        QTest::newRow("live beats everything, first in list order")
+            << QList<ZelMatch>{match("upcoming", in(30), "Rain"), firstInnings,
+                               live("2", "201/4 (20 Ov)", "1/0 (0.1 Ov)")}
+            << QList<ZelMatch>{fixture} << bat + "  NTH \U0001F534 50/1 (6.2)";
+        QTest::newRow("live since yesterday still counts") << QList<ZelMatch>{[&] {
+            ZelMatch m = firstInnings;
+            m.startTime = "2026-11-21T22:00:00+05:30";
+            return m;
+        }()} << QList<ZelMatch>{} << bat + "  NTH \U0001F534 50/1 (6.2)";
+        QTest::newRow("delayed with codes")
+            << QList<ZelMatch>{match("upcoming", in(-10), "Rain delay"), match("upcoming", in(5))}
+            << QList<ZelMatch>{} << bat + "  STH vs NTH \u2022 Delayed";
+        QTest::newRow("delayed without codes") << QList<ZelMatch>{[] {
+            ZelMatch m = match("upcoming", in(-10), "Wet outfield");
+            m.awayTeamAPICode.clear();
+            return m;
+        }()} << QList<ZelMatch>{} << bat + "  Delayed";
+        QTest::newRow("blank comment is no delay")
+            << QList<ZelMatch>{match("upcoming", in(125), " \t ")} << QList<ZelMatch>{}
+            << bat + "  2h 5m";
+        QTest::newRow("earliest upcoming today")
+            << QList<ZelMatch>{match("upcoming", in(120)), match("upcoming", in(60))}
+            << QList<ZelMatch>{fixture} << bat + "  1h";
+        QTest::newRow("upcoming start already passed")
+            << QList<ZelMatch>{match("upcoming", in(-1))} << QList<ZelMatch>{}
+            << bat + "  Starting Soon";
+        QTest::newRow("today's latest result, trimmed")
+            << QList<ZelMatch>{match("finished", in(-400), "Earlier result"), finished}
+            << QList<ZelMatch>{fixture} << bat + "  NTH won by 4 runs";
+        QTest::newRow("latest result without comment falls to fixtures")
+            << QList<ZelMatch>{match("finished", in(-400), "Earlier result"),
+                               match("finished", in(-200))}
+            << QList<ZelMatch>{fixture} << bat + "  2d 5h";
+        QTest::newRow("tomorrow's upcoming match is not today's")
+            << QList<ZelMatch>{match("upcoming", "2026-11-23T00:00:00+05:30")} << QList<ZelMatch>{}
+            << bat;
+        QTest::newRow("a match without a start is not today's")
+            << QList<ZelMatch>{match("upcoming", std::nullopt)} << QList<ZelMatch>{fixture}
+            << bat + "  2d 5h";
+        QTest::newRow("earliest fixture; one without a start sorts last")
+            << QList<ZelMatch>{}
+            << QList<ZelMatch>{match("upcoming", std::nullopt),
+                               match("upcoming", "2026-11-23T15:30:00+05:30"), fixture}
+            << bat + "  1d 1h";
+        QTest::newRow("fixtures without starts: idle")
+            << QList<ZelMatch>{} << QList<ZelMatch>{match("upcoming", std::nullopt)} << bat;
+        QTest::newRow("unknown status matches no rule")
+            << QList<ZelMatch>{match("Live", in(-30)), match("unknown", in(30))}
+            << QList<ZelMatch>{} << bat;
+    }
+
+    void compose()
+    {
+        QFETCH(QList<ZelMatch>, today);
+        QFETCH(QList<ZelMatch>, fixtures);
+        const auto todayStarts = startsOf(today);
+        const auto fixtureStarts = startsOf(fixtures);
+        QTEST(StatusTitle::compose({today, todayStarts}, {fixtures, fixtureStarts}, now), "title");
+    }
+
+    void liveText_data()
+    {
+        QTest::addColumn<ZelMatch>("match");
+        QTest::addColumn<QString>("title");
+
+        QTest::newRow("second innings") << live("2", "201/4 (20 Ov)", "150/3 (15.2 Ov)")
+                                        << bat + "  NTH 201/4 \u00B7 STH 150/3 (15.2)";
+        QTest::newRow("second innings, no second score yet")
+            << live("2", "201/4 (20 Ov)", "") << bat + "  NTH \U0001F534 201/4 (20)";
+        QTest::newRow("first summary without parentheses")
+            << live("2", "201/4", "12/0 (2 Ov)") << bat + "  NTH 201/4 \u00B7 STH 12/0 (2)";
+        QTest::newRow("only the second summary, under the first code")
+            << live("1", "", "88/2 (9 Ov)") << bat + "  NTH \U0001F534 88/2 (9)";
+
+        ZelMatch toss = live("", "", "");
+        toss.homeTeamName = "Northport";
+        toss.homeTeamID = "5";
+        toss.firstBattingTeamID = 5;
+        toss.tossDetails = "Northport won the toss and elected to bowl";
+        QTest::newRow("toss named, home batted first") << toss << bat + "  NTH chose to field";
+        toss.tossDetails = "Northport won the toss";
+        QTest::newRow("toss without a decision") << toss << bat + "  Zel \u2022 Toss";
+        toss.tossDetails.clear();
+        QTest::newRow("no toss text, batting side known") << toss << bat + "  NTH chose to bat";
+        toss.firstBattingTeamCode.clear();
+        QTest::newRow("nothing known") << toss << bat + "  Zel \u2022 Toss";
+    }
+
+    void liveText()
+    {
+        QFETCH(ZelMatch, match);
+        QTEST(StatusTitle::liveStatusBarText(match), "title");
+    }
+
+    void shortToss_data()
+    {
+        QTest::addColumn<QString>("details");
+        QTest::addColumn<QString>("secondCode");
+        QTest::addColumn<QString>("expected"); // empty: absent
+
+        QTest::newRow("away named, away second") << "Southshore chose to bat"
+                                                 << "STH"
+                                                 << "STH chose to bat";
+        QTest::newRow("named side without a code falls back to the first")
+            << "Southshore chose to bat"
+            << ""
+            << "NTH chose to bat";
+        QTest::newRow("nobody named") << "Toss done, fielding first"
+                                      << "STH"
+                                      << "NTH chose to field";
+        QTest::newRow("no decision") << "Southshore won"
+                                     << "STH"
+                                     << "";
+        QTest::newRow("empty") << ""
+                               << "STH"
+                               << "";
+    }
+
+    void shortToss()
+    {
+        QFETCH(QString, details);
+        QFETCH(QString, secondCode);
+        ZelMatch m;
+        m.tossDetails = details;
+        m.homeTeamName = "Northport";
+        m.homeTeamID = "5";
+        m.awayTeamName = "Southshore";
+        m.awayTeamID = "6";
+        m.firstBattingTeamID = 5;
+        m.firstBattingTeamCode = "NTH";
+        m.secondBattingTeamCode = secondCode;
+        QTEST(StatusTitle::shortTossText(m).value_or(QString()), "expected");
+    }
+
+    void shortScore_data()
+    {
+        QTest::addColumn<QString>("summary");
+        QTest::addColumn<QString>("shortened");
+        QTest::newRow("Ov") << "150/3 (15.2 Ov)"
+                            << "150/3 (15.2)";
+        QTest::newRow("any case") << "150/3 (20 OV)"
+                                  << "150/3 (20)";
+        QTest::newRow("ovs") << "99/9 (19.5 ovs)"
+                             << "99/9 (19.5)";
+        QTest::newRow("no closing bracket") << "99/9 19.5 Ov"
+                                            << "99/9 19.5 Ov";
+    }
+
+    void shortScore()
+    {
+        QFETCH(QString, summary);
+        QTEST(StatusTitle::shortScoreWithOvers(summary), "shortened");
+    }
+
+    void countdown_data()
+    {
+        QTest::addColumn<qint64>("seconds");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("30 s") << 30LL << "1m";
+        QTest::newRow("45 s") << 45LL << "1m";
+        QTest::newRow("59 m 59 s") << 3599LL << "59m";
+        QTest::newRow("2 h") << 7200LL << "2h";
+        QTest::newRow("2 h 5 m") << 7500LL << "2h 5m";
+        QTest::newRow("23 h 59 m") << 86399LL << "23h 59m";
+        QTest::newRow("1 d 3 h 40 m") << 99600LL << "1d 3h";
+        QTest::newRow("2 d 20 m") << 174000LL << "2d";
+        QTest::newRow("now") << 0LL << "Starting Soon";
+        QTest::newRow("5 s ago") << -5LL << "Starting Soon";
+    }
+
+    void countdown()
+    {
+        QFETCH(qint64, seconds);
+        QTEST(StatusTitle::countdown(now.addSecs(seconds), now), "text");
+    }
+
+    void refreshInterval_data()
+    {
+        QTest::addColumn<QList<ZelMatch>>("today");
+        QTest::addColumn<qint64>("seconds");
+
+        QTest::newRow("nothing") << QList<ZelMatch>{} << 600LL;
+        QTest::newRow("live") << QList<ZelMatch>{match("upcoming", in(300)), live("1", "", "")}
+                              << 30LL;
+        QTest::newRow("starts in 20 min") << QList<ZelMatch>{match("upcoming", in(20))} << 30LL;
+        QTest::newRow("start passed") << QList<ZelMatch>{match("upcoming", in(-10))} << 30LL;
+        QTest::newRow("starts in 35 min") << QList<ZelMatch>{match("upcoming", in(35))} << 300LL;
+        QTest::newRow("starts in 45 min") << QList<ZelMatch>{match("upcoming", in(45))} << 600LL;
+        QTest::newRow("notice") << QList<ZelMatch>{match("upcoming", in(300), "Rain")} << 60LL;
+        QTest::newRow("blank notice") << QList<ZelMatch>{match("upcoming", in(300), " ")} << 600LL;
+        QTest::newRow("nearest start wins")
+            << QList<ZelMatch>{match("upcoming", in(38)), match("upcoming", in(33))} << 180LL;
+        QTest::newRow("no start") << QList<ZelMatch>{match("upcoming", std::nullopt)} << 600LL;
+        QTest::newRow("finished only") << QList<ZelMatch>{match("finished", in(-30))} << 600LL;
+    }
+
+    void refreshInterval()
+    {
+        QFETCH(QList<ZelMatch>, today);
+        QFETCH(qint64, seconds);
+        const auto starts = startsOf(today);
+        QCOMPARE(RefreshSchedule::interval({today, starts}, now),
+                 std::chrono::milliseconds(seconds * 1000));
+    }
+
+    void parseStartTime_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("utc"); // empty: no date
+
+        QTest::newRow("fraction and offset") << "2026-04-12T19:30:00.000+05:30"
+                                             << "2026-04-12T14:00:00.000Z";
+        QTest::newRow("no fraction") << "2026-04-12T19:30:00+05:30"
+                                     << "2026-04-12T14:00:00.000Z";
+        QTest::newRow("Z") << "2026-04-05T20:00:00Z"
+                           << "2026-04-05T20:00:00.000Z";
+        QTest::newRow("negative offset") << "2026-04-05T20:00:00.5-03:00"
+                                         << "2026-04-05T23:00:00.500Z";
+        QTest::newRow("missing offset") << "2026-04-05T20:00:00"
+                                        << "";
+        QTest::newRow("offset without colon") << "2026-04-05T20:00:00+0530"
+                                              << "";
+        QTest::newRow("impossible date") << "2026-02-30T20:00:00Z"
+                                         << "";
+        QTest::newRow("hour 24") << "2026-02-03T24:00:00Z"
+                                 << "";
+        QTest::newRow("lower-case t") << "2026-04-05t20:00:00Z"
+                                      << "";
+        QTest::newRow("empty fraction") << "2026-04-05T20:00:00.Z"
+                                        << "";
+        QTest::newRow("trailing space") << "2026-04-05T20:00:00Z "
+                                        << "";
+        QTest::newRow("date only") << "2026-04-05"
+                                   << "";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+
+    void parseStartTime()
+    {
+        QFETCH(QString, text);
+        const auto parsed = LeagueCalendar::parseStartTime(QStringView(text));
+        QTEST(parsed ? parsed->toUTC().toString(Qt::ISODateWithMs) : QString(), "utc");
+    }
+
+    void leagueDayIgnoresTheMachineZone()
+    {
+        // 20:00 UTC on the 5th is already the 6th in India.
+        const QDateTime moment = QDateTime::fromString("2026-04-05T20:00:00Z", Qt::ISODate);
+        QCOMPARE(LeagueCalendar::startOfDay(moment).toUTC(),
+                 QDateTime::fromString("2026-04-05T18:30:00Z", Qt::ISODate));
+        QCOMPARE(LeagueCalendar::startOfNextDay(moment).toUTC(),
+                 QDateTime::fromString("2026-04-06T18:30:00Z", Qt::ISODate));
+    }
+};
+
+QTEST_GUILESS_MAIN(StatusTitleTest)
+#include "tst_statustitle.moc"
