@@ -1,0 +1,242 @@
+#include "FixtureServer.h"
+#include "ImageCache.h"
+#include "TodayViewModel.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+const QByteArray liveToday = R"json({"matches": [
+    {"matchID": 7, "status": "live", "startTime": "2026-11-22T13:30:00+05:30",
+     "homeTeam": {"id": "1", "name": "Northport", "logoURL": "/logos/nth.png", "code": "NTH"},
+     "awayTeam": {"id": "2", "name": "Southshore", "logoURL": "", "code": "STH"},
+     "batting": {"firstTeamID": 1, "firstTeamCode": "NTH", "secondTeamCode": "STH",
+                 "firstSummary": "50/1 (6.2 Ov)"},
+     "live": {"currentInnings": "1"}},
+    {"matchID": 8, "status": "finished", "startTime": "2026-11-22T09:30:00+05:30"}]})json";
+const QByteArray quietToday = R"({"matches": [
+    {"matchID": 9, "status": "upcoming", "startTime": "2026-11-22T19:30:00+05:30"}]})";
+const QByteArray fixtures = R"({"matches": [
+    {"matchID": 21, "status": "upcoming", "startTime": "2026-11-23T10:00:00+05:30"},
+    {"matchID": 22, "status": "upcoming", "startTime": "2026-11-22T23:59:00+05:30"},
+    {"matchID": 23, "status": "upcoming"},
+    {"matchID": 24, "status": "upcoming", "startTime": "2026-11-23T00:00:00+05:30"},
+    {"matchID": 25, "status": "upcoming", "startTime": "2026-11-23T04:30:00.000Z"},
+    {"matchID": 26, "status": "upcoming", "startTime": "2026-11-23T10:00:00+05:30"}]})";
+const QByteArray scorecard = R"({"innings": [{"inningsNo": 1, "battingTeamName": "Northport",
+    "batting": [], "bowling": []}]})";
+
+QList<qint64> idsOf(const QList<ZelMatch> &list)
+{
+    QList<qint64> ids;
+    for (const ZelMatch &match : list)
+        ids.append(match.matchID);
+    return ids;
+}
+
+} // namespace
+
+class TodayViewModelTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_logoDir;
+    std::unique_ptr<FixtureServer> m_server;
+    std::unique_ptr<ImageCache> m_logos;
+    QDateTime m_now;
+
+    std::unique_ptr<TodayViewModel> makeModel()
+    {
+        TodayViewModel::Setup setup;
+        setup.serviceURL = m_server->baseURL();
+        setup.clock = [this] { return m_now; };
+        setup.logos = m_logos.get();
+        setup.requestTimeout = 2s;
+        setup.watchSystemSleep = false;
+        return std::make_unique<TodayViewModel>(setup);
+    }
+
+    static bool settled(const TodayViewModel &model)
+    {
+        return QTest::qWaitFor([&] {
+            return !model.isLoading() && !model.isLoadingFixtures() &&
+                   model.loadingScorecards().isEmpty();
+        });
+    }
+
+private slots:
+    void init()
+    {
+        m_now = QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
+        m_server = std::make_unique<FixtureServer>();
+        m_server->script("/api/matches/today", {200, liveToday});
+        m_server->script("/api/matches/upcoming", {200, fixtures});
+        m_server->script("/api/matches/7/scorecard", {200, scorecard});
+        m_logos = std::make_unique<ImageCache>(m_logoDir.filePath("logos"));
+    }
+
+    void loadsTodayAndFixturesOnCreation()
+    {
+        auto model = makeModel();
+        QVERIFY(model->isLoading() && model->isLoadingFixtures() && !model->isLoadingResults());
+        QVERIFY(settled(*model));
+        QCOMPARE(idsOf(model->matches()), (QList<qint64>{7, 8}));
+        QCOMPARE(model->lastUpdated(), m_now);
+        QCOMPARE(model->statusBarTitle(), QStringLiteral("\U0001F3CF  NTH \U0001F534 50/1 (6.2)"));
+        QVERIFY(model->error().isEmpty());
+        // From tomorrow on, earliest first, equal starts in the service's order.
+        QCOMPARE(idsOf(model->fixtureMatches()), (QList<qint64>{24, 21, 25, 26}));
+        QVERIFY(m_server->requestedPaths().contains("/logos/nth.png"));
+        QCOMPARE(m_server->requestCount("/api/matches/results"), 0);
+    }
+
+    void secondLoadWhileInFlightStartsNoRequest()
+    {
+        m_server->script("/api/matches/today", {200, liveToday, 200ms});
+        auto model = makeModel();
+        model->fetchToday();
+        model->fetchToday();
+        QVERIFY(settled(*model));
+        QCOMPARE(m_server->requestCount("/api/matches/today"), 1);
+    }
+
+    void failedLoadKeepsTheLastGoodData()
+    {
+        auto model = makeModel();
+        QVERIFY(settled(*model));
+        const QDateTime loadedAt = model->lastUpdated();
+        const QString title = model->statusBarTitle();
+        model->invalidateAutoRefresh();
+
+        m_now = m_now.addSecs(600);
+        m_server->script("/api/matches/today", {503, "{}"});
+        model->fetchToday();
+        QVERIFY(model->error().isEmpty());
+        QVERIFY(settled(*model));
+        QCOMPARE(model->error(), QStringLiteral("HTTP 503"));
+        QCOMPARE(idsOf(model->matches()), (QList<qint64>{7, 8}));
+        QCOMPARE(model->lastUpdated(), loadedAt);
+        QCOMPARE(model->statusBarTitle(), title);
+        QVERIFY2(!model->isAutoRefreshPending(), "a failure must not re-arm the refresh");
+
+        m_server->script("/api/matches/today", {200, quietToday});
+        model->fetchToday();
+        QVERIFY(model->error().isEmpty());
+        QVERIFY(settled(*model));
+        QVERIFY(model->isAutoRefreshPending());
+        QCOMPARE(model->lastUpdated(), m_now);
+    }
+
+    void refreshIntervalFollowsToday()
+    {
+        auto model = makeModel();
+        QVERIFY(settled(*model));
+        QVERIFY(model->isAutoRefreshPending());
+        QCOMPARE(model->autoRefreshInterval(), 30s); // a match is live
+
+        m_server->script("/api/matches/today", {200, quietToday});
+        model->fetchToday();
+        QVERIFY(settled(*model));
+        QCOMPARE(model->autoRefreshInterval(), 600s); // next start five and a half hours away
+    }
+
+    void liveScorecardsAreFetchedAgainOnEachLoad()
+    {
+        m_server->script("/api/matches/7/scorecard", {200, scorecard, 150ms});
+        auto model = makeModel();
+        QVERIFY(settled(*model));
+        QVERIFY(model->scorecards().contains(7));
+        QCOMPARE(m_server->requestCount("/api/matches/7/scorecard"), 1);
+
+        model->fetchScorecard(7); // cached: nothing to do
+        model->fetchScorecard(8);
+        QVERIFY(settled(*model));
+        QCOMPARE(m_server->requestCount("/api/matches/7/scorecard"), 1);
+        QCOMPARE(model->scorecardErrors().value(8), QStringLiteral("HTTP 404"));
+
+        QSignalSpy loaded(model.get(), &TodayViewModel::matchesChanged);
+        model->fetchToday();
+        QTRY_COMPARE(loaded.count(), 1);
+        QVERIFY2(!model->scorecards().contains(7), "a live scorecard is dropped before refetching");
+        QVERIFY(model->loadingScorecards().contains(7));
+        QVERIFY(settled(*model));
+        QVERIFY(model->scorecards().contains(7));
+        QCOMPARE(m_server->requestCount("/api/matches/7/scorecard"), 2);
+        QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
+    }
+
+    void wakeDropsThePendingRefreshThenReloads()
+    {
+        auto model = makeModel();
+        QVERIFY(settled(*model));
+        QVERIFY(model->isAutoRefreshPending());
+
+        m_server->script("/api/matches/today", {200, quietToday, 100ms});
+        model->systemDidWake();
+        QVERIFY(!model->isAutoRefreshPending());
+        QVERIFY(model->isLoading() && model->isLoadingFixtures());
+        QVERIFY(settled(*model));
+        QVERIFY(model->isAutoRefreshPending());
+        QCOMPARE(idsOf(model->matches()), QList<qint64>{9});
+    }
+
+    void tickerNoticesASleepByTheWallClock()
+    {
+        auto model = makeModel();
+        QVERIFY(settled(*model));
+        const auto todayLoads = m_server->requestCount("/api/matches/today");
+
+        model->tick(); // no time has passed on either clock
+        QVERIFY(!model->isLoading());
+
+        m_now = m_now.addSecs(3 * 3600); // the wall clock moved on while we were suspended
+        model->tick();
+        QVERIFY(model->isLoading() && model->isLoadingFixtures());
+        QVERIFY(settled(*model));
+        QCOMPARE(m_server->requestCount("/api/matches/today"), todayLoads + 1);
+
+        model->tick(); // the jump is not seen twice
+        QVERIFY(!model->isLoading());
+    }
+
+    void tickKeepsTheCountdownCurrent()
+    {
+        m_server->script("/api/matches/today", {200, quietToday});
+        auto model = makeModel();
+        QVERIFY(settled(*model));
+        QCOMPARE(model->statusBarTitle(), QStringLiteral("\U0001F3CF  5h 30m"));
+        QSignalSpy titles(model.get(), &TodayViewModel::statusBarTitleChanged);
+        m_now = m_now.addSecs(60);
+        model->tick();
+        QCOMPARE(titles.count(), 1);
+        QCOMPARE(model->statusBarTitle(), QStringLiteral("\U0001F3CF  5h 29m"));
+    }
+
+    void resultsLoadOnlyWhenAsked()
+    {
+        m_server->script("/api/matches/results", {200, R"({"matches": [{"matchID": 3}]})"});
+        auto model = makeModel();
+        QVERIFY(settled(*model));
+        QVERIFY(model->resultMatches().isEmpty());
+        model->fetchResults();
+        QVERIFY(model->isLoadingResults());
+        QTRY_VERIFY(!model->isLoadingResults());
+        QCOMPARE(idsOf(model->resultMatches()), QList<qint64>{3});
+    }
+
+    void destroyedModelIgnoresLateAnswers()
+    {
+        // Under the sanitizers, any late callback touching the dead model would be reported.
+        m_server->script("/api/matches/today", {200, liveToday, 100ms});
+        auto model = makeModel();
+        QTRY_COMPARE(m_server->requestCount("/api/matches/today"), 1);
+        model.reset();
+        QTest::qWait(300);
+    }
+};
+
+QTEST_MAIN(TodayViewModelTest)
+#include "tst_todayviewmodel.moc"
