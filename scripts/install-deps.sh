@@ -8,6 +8,8 @@ packages=(
     qt6-base-dev qt6-httpserver-dev
     # qt6-httpserver-dev's CMake package needs QtWebSockets but does not depend on it.
     qt6-websockets-dev
+    # Team logos come as PNG, JPEG, SVG or WebP.
+    qt6-svg-dev qt6-image-formats-plugins
     libsimdjson-dev libbenchmark-dev
     # The league simulator draws team badges with text.
     fonts-dejavu-core
