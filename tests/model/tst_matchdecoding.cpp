@@ -6,43 +6,19 @@
 // Every field in one line, so that a failed comparison shows exactly what differs.
 static QString describe(const ZelMatch &m)
 {
-    const auto opt = [](const std::optional<QString> &s) {
-        return s ? u'"' + *s + u'"' : "absent";
-    };
-    return QStringList{QString::number(m.matchID),
-                       m.matchOrder,
-                       m.matchName,
-                       m.matchStatus,
-                       opt(m.startTime),
-                       m.homeTeamID,
-                       m.homeTeamName,
-                       m.homeTeamLogo,
-                       m.homeTeamAPICode,
-                       m.awayTeamID,
-                       m.awayTeamName,
-                       m.awayTeamLogo,
-                       m.awayTeamAPICode,
-                       QString::number(m.firstBattingTeamID),
-                       m.firstBattingTeamCode,
-                       m.secondBattingTeamCode,
-                       m.firstBattingSummary,
-                       m.secondBattingSummary,
-                       opt(m.currentInnings),
-                       m.currentStrikerName,
-                       QString::number(m.strikerRuns),
-                       QString::number(m.strikerBalls),
-                       m.currentNonStrikerName,
-                       QString::number(m.nonStrikerRuns),
-                       QString::number(m.nonStrikerBalls),
-                       m.currentBowlerName,
-                       m.bowlerOvers,
-                       QString::number(m.bowlerWickets),
-                       m.winningTeamID,
-                       m.comments,
-                       m.groundName,
-                       m.city,
-                       m.tossDetails}
-        .join(u'|');
+    const auto opt = [](const std::optional<QString> &s) { return s ? u'"' + *s + u'"' : "absent"; };
+    const auto n = [](qint64 value) { return QString::number(value); };
+    // clang-format off
+    return QStringList{n(m.matchID), m.matchOrder, m.matchName, m.matchStatus, opt(m.startTime),
+        m.homeTeamID, m.homeTeamName, m.homeTeamLogo, m.homeTeamAPICode,
+        m.awayTeamID, m.awayTeamName, m.awayTeamLogo, m.awayTeamAPICode,
+        n(m.firstBattingTeamID), m.firstBattingTeamCode, m.secondBattingTeamCode,
+        m.firstBattingSummary, m.secondBattingSummary, opt(m.currentInnings),
+        m.currentStrikerName, n(m.strikerRuns), n(m.strikerBalls),
+        m.currentNonStrikerName, n(m.nonStrikerRuns), n(m.nonStrikerBalls),
+        m.currentBowlerName, m.bowlerOvers, n(m.bowlerWickets),
+        m.winningTeamID, m.comments, m.groundName, m.city, m.tossDetails}.join(u'|');
+    // clang-format on
 }
 
 static ZelMatch decodeOne(const QByteArray &json)
@@ -51,13 +27,6 @@ static ZelMatch decodeOne(const QByteArray &json)
     if (!result.isOk())
         qFatal("unexpected decode failure: %s", qPrintable(result.error().description));
     return result.value().matches.at(0);
-}
-
-static ZelMatch withID(qint64 id)
-{
-    ZelMatch m;
-    m.matchID = id;
-    return m;
 }
 
 static const QByteArray fullMatch = R"json({
@@ -76,42 +45,20 @@ static const QByteArray fullMatch = R"json({
   "extra": {"ignored": true}
 })json";
 
-static ZelMatch fullMatchRecord()
-{
-    ZelMatch m = withID(42);
-    m.matchOrder = "Match 12";
-    m.matchName = "Lions v Tigers";
-    m.matchStatus = "live";
-    m.startTime = "2026-04-05T19:30:00+05:30";
-    m.groundName = "Eden Park";
-    m.city = "Pune";
-    m.homeTeamID = "11";
-    m.homeTeamName = "Lions";
-    m.homeTeamLogo = "/logos/lions.png";
-    m.homeTeamAPICode = "LIO";
-    m.awayTeamID = "22";
-    m.awayTeamName = "Tigers";
-    m.awayTeamLogo = "https://cdn.example/t.svg";
-    m.awayTeamAPICode = "TIG";
-    m.firstBattingTeamID = 22;
-    m.firstBattingTeamCode = "TIG";
-    m.secondBattingTeamCode = "LIO";
-    m.firstBattingSummary = "180/6 (20 Ov)";
-    m.secondBattingSummary = "150/3 (15.2 Ov)";
-    m.tossDetails = "Tigers won the toss and chose to bat";
-    m.comments = "Lions need 31 runs";
-    m.currentInnings = "2";
-    m.currentStrikerName = "A";
-    m.strikerRuns = 40;
-    m.strikerBalls = 30;
-    m.currentNonStrikerName = "B";
-    m.nonStrikerRuns = 12;
-    m.nonStrikerBalls = 9;
-    m.currentBowlerName = "C";
-    m.bowlerOvers = "3.2";
-    m.bowlerWickets = 1;
-    return m;
-}
+// clang-format off
+static const ZelMatch fullMatchRecord{.matchID = 42, .matchOrder = "Match 12",
+    .matchName = "Lions v Tigers", .matchStatus = "live", .startTime = "2026-04-05T19:30:00+05:30",
+    .homeTeamID = "11", .homeTeamName = "Lions", .homeTeamLogo = "/logos/lions.png",
+    .homeTeamAPICode = "LIO", .awayTeamID = "22", .awayTeamName = "Tigers",
+    .awayTeamLogo = "https://cdn.example/t.svg", .awayTeamAPICode = "TIG",
+    .firstBattingTeamID = 22, .firstBattingTeamCode = "TIG", .secondBattingTeamCode = "LIO",
+    .firstBattingSummary = "180/6 (20 Ov)", .secondBattingSummary = "150/3 (15.2 Ov)",
+    .currentInnings = "2", .currentStrikerName = "A", .strikerRuns = 40, .strikerBalls = 30,
+    .currentNonStrikerName = "B", .nonStrikerRuns = 12, .nonStrikerBalls = 9,
+    .currentBowlerName = "C", .bowlerOvers = "3.2", .bowlerWickets = 1,
+    .comments = "Lions need 31 runs", .groundName = "Eden Park", .city = "Pune",
+    .tossDetails = "Tigers won the toss and chose to bat"};
+// clang-format on
 
 class MatchDecodingTest : public QObject {
     Q_OBJECT
@@ -122,95 +69,61 @@ private slots:
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("every group") << fullMatch << describe(fullMatchRecord());
-        QTest::newRow("only matchID") << QByteArray(R"({"matchID": 7})") << describe(withID(7));
-        QTest::newRow("integral 7.0 as matchID")
-            << QByteArray(R"({"matchID": 7.0})") << describe(withID(7));
-
-        ZelMatch m = withID(1);
+        const QString bare = describe(ZelMatch{.matchID = 1});
+        // clang-format off
+        QTest::newRow("every group") << fullMatch << describe(fullMatchRecord);
+        QTest::newRow("only matchID") << QByteArray(R"({"matchID": 1})") << bare;
+        QTest::newRow("integral 1.0 as matchID") << QByteArray(R"({"matchID": 1.0})") << bare;
         QTest::newRow("null status, numeric name")
-            << QByteArray(R"({"matchID": 1, "status": null, "matchName": 5})") << describe(m);
-
-        m = withID(1);
-        m.matchStatus = "Live";
-        QTest::newRow("status kept verbatim")
+            << QByteArray(R"({"matchID": 1, "status": null, "matchName": 5})") << bare;
+        QTest::newRow("status kept verbatim, numeric start")
             << QByteArray(R"({"matchID": 1, "status": "Live", "startTime": 1700000000})")
-            << describe(m);
-
-        m = withID(1);
-        m.homeTeamID = "11";
-        m.homeTeamName = "Lions";
-        m.homeTeamLogo = "l.png";
+            << describe(ZelMatch{.matchID = 1, .matchStatus = "Live"});
         QTest::newRow("home team without code")
-            << QByteArray(
-                   R"({"matchID": 1, "homeTeam": {"id": "11", "name": "Lions", "logoURL": "l.png"}})")
-            << describe(m);
-
-        m = withID(1);
-        m.awayTeamID = "22";
-        m.awayTeamName = "Tigers";
-        m.awayTeamLogo = "t.png";
-        m.awayTeamAPICode = "TIG";
-        QTest::newRow("numeric home id empties the home team only") << QByteArray(R"({"matchID": 1,
+            << QByteArray(R"({"matchID": 1, "homeTeam": {"id": "11", "name": "Lions", "logoURL": "l.png"}})")
+            << describe(ZelMatch{.matchID = 1, .homeTeamID = "11", .homeTeamName = "Lions", .homeTeamLogo = "l.png"});
+        QTest::newRow("numeric home id empties the home team only")
+            << QByteArray(R"({"matchID": 1,
                 "homeTeam": {"id": 11, "name": "Lions", "logoURL": "l.png", "code": "LIO"},
                 "awayTeam": {"id": "22", "name": "Tigers", "logoURL": "t.png", "code": "TIG"}})")
-                                                                    << describe(m);
-
-        QTest::newRow("team code of the wrong type fails the team") << QByteArray(R"({"matchID": 1,
-                "homeTeam": {"id": "11", "name": "Lions", "logoURL": "l.png", "code": 3}})")
-                                                                    << describe(withID(1));
-
+            << describe(ZelMatch{.matchID = 1, .awayTeamID = "22", .awayTeamName = "Tigers",
+                                 .awayTeamLogo = "t.png", .awayTeamAPICode = "TIG"});
+        QTest::newRow("team code of the wrong type fails the team")
+            << QByteArray(R"({"matchID": 1, "homeTeam": {"id": "11", "name": "L", "logoURL": "l", "code": 3}})")
+            << bare;
         QTest::newRow("venue without city")
-            << QByteArray(R"({"matchID": 1, "venue": {"ground": "Eden Park"}})")
-            << describe(withID(1));
-
+            << QByteArray(R"({"matchID": 1, "venue": {"ground": "Eden Park"}})") << bare;
         QTest::newRow("string firstTeamID empties batting")
             << QByteArray(R"({"matchID": 1, "batting": {"firstTeamID": "22",
                 "firstTeamCode": "TIG", "secondTeamCode": "LIO", "firstSummary": "1/0"}})")
-            << describe(withID(1));
-
-        m = withID(1);
-        m.firstBattingTeamCode = "TIG";
+            << bare;
         QTest::newRow("null optional batting keys are absent")
-            << QByteArray(R"({"matchID": 1, "batting": {"firstTeamID": null,
-                "firstTeamCode": "TIG", "secondTeamCode": null}})")
-            << describe(m);
-
+            << QByteArray(R"({"matchID": 1, "batting": {"firstTeamID": null, "firstTeamCode": "TIG", "secondTeamCode": null}})")
+            << describe(ZelMatch{.matchID = 1, .firstBattingTeamCode = "TIG"});
         QTest::newRow("numeric toss details")
-            << QByteArray(R"({"matchID": 1, "toss": {"details": 3}})") << describe(withID(1));
-
+            << QByteArray(R"({"matchID": 1, "toss": {"details": 3}})") << bare;
         QTest::newRow("numeric winner empties the result")
-            << QByteArray(R"({"matchID": 1, "result": {"winningTeamID": 22, "description": "x"}})")
-            << describe(withID(1));
-
+            << QByteArray(R"({"matchID": 1, "result": {"winningTeamID": 22, "description": "x"}})") << bare;
         QTest::newRow("striker without balls empties live")
-            << QByteArray(R"({"matchID": 1, "live": {"currentInnings": "1",
-                "striker": {"name": "A", "runs": 4}}})")
-            << describe(withID(1));
-
-        m = withID(1);
-        m.currentInnings = "1";
-        m.currentStrikerName = "A";
-        m.strikerRuns = 4;
-        m.strikerBalls = 3;
+            << QByteArray(R"({"matchID": 1, "live": {"currentInnings": "1", "striker": {"name": "A", "runs": 4}}})")
+            << bare;
         QTest::newRow("complete striker only")
             << QByteArray(R"({"matchID": 1, "live": {"currentInnings": "1",
                 "striker": {"name": "A", "runs": 4, "balls": 3}, "bowler": null}})")
-            << describe(m);
-
+            << describe(ZelMatch{.matchID = 1, .currentInnings = "1", .currentStrikerName = "A",
+                                 .strikerRuns = 4, .strikerBalls = 3});
         QTest::newRow("numeric bowler overs empties live")
             << QByteArray(R"({"matchID": 1, "live": {"currentInnings": "1",
                 "bowler": {"name": "C", "overs": 3.2, "wickets": 1}}})")
-            << describe(withID(1));
-
-        QTest::newRow("fractional runs empty live") << QByteArray(R"({"matchID": 1, "live": {
-                "striker": {"name": "A", "runs": 4.5, "balls": 3}}})")
-                                                    << describe(withID(1));
-
+            << bare;
+        QTest::newRow("fractional runs empty live")
+            << QByteArray(R"({"matchID": 1, "live": {"striker": {"name": "A", "runs": 4.5, "balls": 3}}})")
+            << bare;
         QTest::newRow("groups of the wrong type")
             << QByteArray(R"({"matchID": 1, "venue": "Pune", "homeTeam": [], "batting": 3,
                 "toss": "bat", "result": true, "live": "yes"})")
-            << describe(withID(1));
+            << bare;
+        // clang-format on
     }
 
     void decodesGroupsForgivingly()
@@ -303,7 +216,7 @@ private slots:
 
     void teamLogoURLsUseTheScoreService()
     {
-        const ZelMatch m = fullMatchRecord();
+        const ZelMatch &m = fullMatchRecord;
         QCOMPARE(m.homeTeamLogoURL()->toString(),
                  QLatin1StringView(ZelConfig::scoreServiceURL) + "/logos/lions.png");
         QCOMPARE(m.awayTeamLogoURL()->toString(), QStringLiteral("https://cdn.example/t.svg"));

@@ -158,46 +158,6 @@ private slots:
         QTEST(StatusTitle::liveStatusBarText(match), "title");
     }
 
-    void shortToss_data()
-    {
-        QTest::addColumn<QString>("details");
-        QTest::addColumn<QString>("secondCode");
-        QTest::addColumn<QString>("expected"); // empty: absent
-
-        QTest::newRow("away named, away second") << "Southshore chose to bat"
-                                                 << "STH"
-                                                 << "STH chose to bat";
-        QTest::newRow("named side without a code falls back to the first")
-            << "Southshore chose to bat"
-            << ""
-            << "NTH chose to bat";
-        QTest::newRow("nobody named") << "Toss done, fielding first"
-                                      << "STH"
-                                      << "NTH chose to field";
-        QTest::newRow("no decision") << "Southshore won"
-                                     << "STH"
-                                     << "";
-        QTest::newRow("empty") << ""
-                               << "STH"
-                               << "";
-    }
-
-    void shortToss()
-    {
-        QFETCH(QString, details);
-        QFETCH(QString, secondCode);
-        ZelMatch m;
-        m.tossDetails = details;
-        m.homeTeamName = "Northport";
-        m.homeTeamID = "5";
-        m.awayTeamName = "Southshore";
-        m.awayTeamID = "6";
-        m.firstBattingTeamID = 5;
-        m.firstBattingTeamCode = "NTH";
-        m.secondBattingTeamCode = secondCode;
-        QTEST(StatusTitle::shortTossText(m).value_or(QString()), "expected");
-    }
-
     void shortScore_data()
     {
         QTest::addColumn<QString>("summary");
