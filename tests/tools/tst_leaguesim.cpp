@@ -1,6 +1,7 @@
 #include "APIClient.h"
 #include "FailureText.h"
 #include "League.h"
+#include "LeagueCalendar.h"
 #include "LeagueServer.h"
 
 #include <memory>
@@ -140,7 +141,7 @@ private slots:
         else
             QVERIFY(!fixtures.isEmpty() && !results.isEmpty());
 
-        const QDateTime tomorrow = League::startOfDay(League::leagueDate(afternoon).addDays(1));
+        const QDateTime tomorrow = LeagueCalendar::startOfNextDay(afternoon);
         for (const ZelMatch &fixture : fixtures) {
             QVERIFY2(startOf(fixture) >= tomorrow, qPrintable(*fixture.startTime));
             QCOMPARE(fixture.matchStatus, QStringLiteral("upcoming"));

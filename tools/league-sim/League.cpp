@@ -1,15 +1,14 @@
 #include "League.h"
 
+#include "LeagueCalendar.h"
+
 #include <algorithm>
 #include <array>
 #include <QJsonArray>
-#include <QTimeZone>
 
 using namespace std::chrono_literals;
 
 namespace {
-
-const QTimeZone leagueZone(5 * 3600 + 30 * 60);
 
 constexpr std::array<std::pair<const char *, League::Scenario>, 9> scenarios{{
     {"season", League::Scenario::Season},
@@ -74,22 +73,12 @@ std::optional<League::Scenario> League::scenarioNamed(const QString &name)
     return std::nullopt;
 }
 
-QDate League::leagueDate(const QDateTime &moment)
-{
-    return moment.toTimeZone(leagueZone).date();
-}
-
-QDateTime League::startOfDay(const QDate &day)
-{
-    return QDateTime(day, QTime(0, 0), leagueZone);
-}
-
 League::League(Scenario scenario, quint64 seed, const QDateTime &moment)
     : m_teams(LeagueTeam::roster(seed))
 {
     if (scenario == Scenario::Empty)
         return;
-    addSeason(seed, leagueDate(moment));
+    addSeason(seed, LeagueCalendar::dayOf(moment));
     if (scenario != Scenario::Season)
         arrangeToday(scenario, seed, moment);
 }
@@ -111,7 +100,7 @@ void League::addSeason(quint64 seed, const QDate &today)
             const auto [home, away] = pairs[slot % pairs.size()];
             const bool secondLeg = (slot / pairs.size()) % 2 == 1;
             addMatch(5001 + slot, secondLeg ? away : home, secondLeg ? home : away,
-                     QDateTime(today.addDays(day), time, leagueZone), seed);
+                     QDateTime(today.addDays(day), time, LeagueCalendar::zone()), seed);
             ++slot;
         }
     }
@@ -119,15 +108,17 @@ void League::addSeason(quint64 seed, const QDate &today)
 
 void League::arrangeToday(Scenario scenario, quint64 seed, const QDateTime &moment)
 {
-    const QDate today = leagueDate(moment);
-    std::erase_if(m_matches,
-                  [&](const ScheduledMatch &m) { return leagueDate(m.start()) == today; });
+    const QDate today = LeagueCalendar::dayOf(moment);
+    std::erase_if(m_matches, [&](const ScheduledMatch &m) {
+        return LeagueCalendar::dayOf(m.start()) == today;
+    });
 
     const qint64 id = 9001;
-    const QDateTime endOfToday = startOfDay(today.addDays(1)).addSecs(-60);
+    const QDateTime endOfToday = LeagueCalendar::startOfNextDay(moment).addSecs(-60);
     // Today's match starts no earlier than today began and no later than today ends.
     const auto todayAt = [&](std::chrono::seconds offset) {
-        return std::clamp(moment.addSecs(offset.count()), startOfDay(today), endOfToday);
+        return std::clamp(moment.addSecs(offset.count()), LeagueCalendar::startOfDay(moment),
+                          endOfToday);
     };
     switch (scenario) {
     case Scenario::LiveFirstInnings:
@@ -186,10 +177,11 @@ QJsonObject League::listJson(const QDateTime &now,
 
 QJsonObject League::todayJson(const QDateTime &now) const
 {
-    const QDate today = leagueDate(now);
+    const QDate today = LeagueCalendar::dayOf(now);
     std::vector<const ScheduledMatch *> picked;
     for (const ScheduledMatch &match : m_matches) {
-        if (leagueDate(match.start()) == today || match.statusAt(now) == QLatin1StringView("live"))
+        if (LeagueCalendar::dayOf(match.start()) == today ||
+            match.statusAt(now) == QLatin1StringView("live"))
             picked.push_back(&match);
     }
     std::stable_sort(picked.begin(), picked.end(), startsEarlier);
@@ -198,7 +190,7 @@ QJsonObject League::todayJson(const QDateTime &now) const
 
 QJsonObject League::upcomingJson(const QDateTime &now) const
 {
-    const QDateTime tomorrow = startOfDay(leagueDate(now).addDays(1));
+    const QDateTime tomorrow = LeagueCalendar::startOfNextDay(now);
     std::vector<const ScheduledMatch *> picked;
     for (const ScheduledMatch &match : m_matches) {
         if (match.start() >= tomorrow && match.statusAt(now) == QLatin1StringView("upcoming"))

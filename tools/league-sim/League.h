@@ -39,10 +39,6 @@ public:
     QJsonObject resultsJson(const QDateTime &now) const;
     std::optional<QJsonObject> scorecardJson(qint64 matchID, const QDateTime &now) const;
 
-    // The day in the league's calendar (India Standard Time) and its first instant.
-    static QDate leagueDate(const QDateTime &moment);
-    static QDateTime startOfDay(const QDate &day);
-
 private:
     void addSeason(quint64 seed, const QDate &today);
     void arrangeToday(Scenario scenario, quint64 seed, const QDateTime &moment);

@@ -1,14 +1,12 @@
 #include "ScheduledMatch.h"
 
 #include "InningsScore.h"
+#include "LeagueCalendar.h"
 
 #include <cstdio>
 #include <QJsonArray>
-#include <QTimeZone>
 
 namespace {
-
-const QTimeZone leagueZone(5 * 3600 + 30 * 60); // the league plays on India Standard Time
 
 QString twoDecimals(double value)
 {
@@ -176,7 +174,7 @@ QJsonObject ScheduledMatch::toJson(const QDateTime &now, const LogoLocator &logo
         {"matchOrder", QStringLiteral("Match %1").arg(m_order)},
         {"matchName", QStringLiteral("%1 vs %2").arg(m_home->name, m_away->name)},
         {"status", statusAt(now)},
-        {"startTime", m_start.toTimeZone(leagueZone).toString(Qt::ISODate)},
+        {"startTime", m_start.toTimeZone(LeagueCalendar::zone()).toString(Qt::ISODate)},
         {"venue", venue},
         {"homeTeam", team(*m_home)},
         {"awayTeam", team(*m_away)},

@@ -13,12 +13,12 @@ const QTimeZone &LeagueCalendar::zone()
 
 QDateTime LeagueCalendar::startOfDay(const QDateTime &moment)
 {
-    return moment.toTimeZone(zone()).date().startOfDay(zone());
+    return dayOf(moment).startOfDay(zone());
 }
 
 QDateTime LeagueCalendar::startOfNextDay(const QDateTime &moment)
 {
-    return moment.toTimeZone(zone()).date().addDays(1).startOfDay(zone());
+    return dayOf(moment).addDays(1).startOfDay(zone());
 }
 
 std::optional<QDateTime> LeagueCalendar::parseStartTime(const std::optional<QString> &text)

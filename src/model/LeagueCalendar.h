@@ -8,6 +8,7 @@
 class LeagueCalendar {
 public:
     static const QTimeZone &zone();
+    static QDate dayOf(const QDateTime &moment) { return moment.toTimeZone(zone()).date(); }
     static QDateTime startOfDay(const QDateTime &moment);
     static QDateTime startOfNextDay(const QDateTime &moment);
 
