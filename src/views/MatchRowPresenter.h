@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ZelMatch.h"
+
+#include <optional>
+#include <QLocale>
+#include <QTimeZone>
+
+// Every text the today, result and fixture rows show, decided here so that QML only binds.
+class MatchRowPresenter {
+public:
+    // The part of a batting summary before " (": "185/6 (20 ov)" gives "185/6".
+    static QString summaryHead(const QString &summary);
+    // "7:30 PM" in the given zone, or "TBD" without a readable start.
+    static QString displayTime(const ZelMatch &match, const QTimeZone &zone, const QLocale &locale);
+
+    static QString statusIcon(const ZelMatch &match);
+    // Live with no score yet but a toss text.
+    static bool isTossPhase(const ZelMatch &match);
+    // "NTH won, elected to field", naming the toss winner by batting order.
+    static std::optional<QString> shortTossText(const ZelMatch &match);
+    static QString centreText(const ZelMatch &match, const QTimeZone &zone, const QLocale &locale);
+    static std::optional<QString> centreSubText(const ZelMatch &match);
+
+    // The result row's score line, in home/away order.
+    static QString scoresText(const ZelMatch &match);
+    // The fixture row's venue: ground and city, or the ground alone.
+    static QString venueText(const ZelMatch &match);
+    // Only finished today rows open on a tap; result rows always do.
+    static bool opensOnTap(const ZelMatch &match);
+};

@@ -1,0 +1,108 @@
+#include "ScorecardPresenter.h"
+
+#include "MatchRowPresenter.h"
+#include "SpacesAndTabs.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+bool isLive(const ZelMatch &match)
+{
+    return match.matchStatus == QLatin1StringView("live");
+}
+
+bool homeBattedFirst(const ZelMatch &match)
+{
+    return match.homeTeamID == QString::number(match.firstBattingTeamID);
+}
+
+} // namespace
+
+int ScorecardPresenter::initialInnings(const ZelMatch &match)
+{
+    if (!isLive(match))
+        return 0;
+    bool isNumber = false;
+    const int innings = match.currentInnings.value_or(QStringLiteral("1")).toInt(&isNumber);
+    return qMax(0, (isNumber ? innings : 1) - 1);
+}
+
+QString ScorecardPresenter::tab1Label(const ZelMatch &match)
+{
+    return match.firstBattingTeamCode.isEmpty()
+               ? QStringLiteral("1st")
+               : QStringLiteral("1st \u00B7 ") + match.firstBattingTeamCode;
+}
+
+QString ScorecardPresenter::tab2Label(const ZelMatch &match)
+{
+    return match.secondBattingTeamCode.isEmpty()
+               ? QStringLiteral("2nd")
+               : QStringLiteral("2nd \u00B7 ") + match.secondBattingTeamCode;
+}
+
+bool ScorecardPresenter::isTossPhase(const ZelMatch &match)
+{
+    return isLive(match) && match.firstBattingSummary.isEmpty() &&
+           match.secondBattingSummary.isEmpty();
+}
+
+std::optional<ScorecardPresenter::Side> ScorecardPresenter::yetToBat(const ZelMatch &match,
+                                                                     const ZelScorecard &scorecard,
+                                                                     int selectedInnings)
+{
+    const Side first = homeBattedFirst(match) ? Side::Home : Side::Away;
+    const Side second = first == Side::Home ? Side::Away : Side::Home;
+    if (isTossPhase(match))
+        return selectedInnings == 0 ? first : second;
+    if (selectedInnings >= scorecard.innings.size())
+        return second;
+    return std::nullopt;
+}
+
+ScorecardPresenter::TotalLine ScorecardPresenter::totalLine(const ZelMatch &match, int inningsIndex)
+{
+    const QString &summary =
+        inningsIndex == 0 ? match.firstBattingSummary : match.secondBattingSummary;
+    // The last parenthesised piece; a summary without any gives itself, shown twice.
+    const QString lastPiece = summary.split(u'(').last();
+    const QString overs = lastPiece.left(lastPiece.indexOf(u')'));
+    return {MatchRowPresenter::summaryHead(summary),
+            overs.isEmpty() ? std::nullopt : std::optional(overs)};
+}
+
+ScorecardPresenter::BatsmanState ScorecardPresenter::batsmanState(const ZelMatch &match,
+                                                                  const ZelBattingEntry &entry,
+                                                                  qint64 inningsNo)
+{
+    const bool inningsInProgress =
+        isLive(match) && match.currentInnings == QString::number(inningsNo);
+    if (inningsInProgress) {
+        static const QRegularExpression marks(QStringLiteral("\\s*\\([^)]+\\)"));
+        const QString key = trimSpacesAndTabs(QString(entry.name).remove(marks));
+        const QString striker = trimSpacesAndTabs(match.currentStrikerName);
+        const QString nonStriker = trimSpacesAndTabs(match.currentNonStrikerName);
+        if (!striker.isEmpty() && striker == key)
+            return BatsmanState::Striker;
+        if (!nonStriker.isEmpty() && nonStriker == key)
+            return BatsmanState::NonStriker;
+        return entry.isNotOut == QLatin1StringView("0") ? BatsmanState::Out : BatsmanState::Waiting;
+    }
+    if (entry.isNotOut != QLatin1StringView("1"))
+        return BatsmanState::Out;
+    return entry.balls == QLatin1StringView("0") ? BatsmanState::DidNotBat : BatsmanState::NotOut;
+}
+
+bool ScorecardPresenter::isCurrentBowler(const ZelMatch &match, const ZelBowlingEntry &entry)
+{
+    return isLive(match) &&
+           trimSpacesAndTabs(entry.name) == trimSpacesAndTabs(match.currentBowlerName);
+}
+
+bool ScorecardPresenter::tookWickets(const ZelBowlingEntry &entry)
+{
+    bool isNumber = false;
+    const int wickets = entry.wickets.toInt(&isNumber);
+    return isNumber && wickets >= 1;
+}

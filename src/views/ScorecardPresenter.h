@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ZelMatch.h"
+#include "ZelScorecard.h"
+
+#include <optional>
+
+// The scorecard's innings tabs, total line and the marks of its batting and bowling tables.
+class ScorecardPresenter {
+public:
+    enum class BatsmanState { Striker, NonStriker, Out, Waiting, NotOut, DidNotBat };
+    enum class Side { Home, Away };
+
+    // A live match opens on the innings in progress, anything else on the first.
+    static int initialInnings(const ZelMatch &match);
+    static QString tab1Label(const ZelMatch &match);
+    static QString tab2Label(const ZelMatch &match);
+    // Live without any score, whatever the toss text says.
+    static bool isTossPhase(const ZelMatch &match);
+    // The side shown as "Yet to bat" on a tab, or nothing when the tab shows an innings.
+    static std::optional<Side> yetToBat(const ZelMatch &match, const ZelScorecard &scorecard,
+                                        int selectedInnings);
+
+    struct TotalLine {
+        QString score;                // empty: no total line
+        std::optional<QString> overs; // shown in parentheses
+    };
+    static TotalLine totalLine(const ZelMatch &match, int inningsIndex);
+
+    static BatsmanState batsmanState(const ZelMatch &match, const ZelBattingEntry &entry,
+                                     qint64 inningsNo);
+    static bool isCurrentBowler(const ZelMatch &match, const ZelBowlingEntry &entry);
+    // A wicket column reading 1 or more stands out; nought or nonsense recedes.
+    static bool tookWickets(const ZelBowlingEntry &entry);
+};

@@ -1,0 +1,124 @@
+#include "TodayPresenter.h"
+
+#include "LeagueCalendar.h"
+
+#include <algorithm>
+#include <QMap>
+
+const QList<TodayPresenter::AppTab> TodayPresenter::allTabs{AppTab::Results, AppTab::Today,
+                                                            AppTab::Fixtures};
+
+QString TodayPresenter::label(AppTab tab)
+{
+    switch (tab) {
+    case AppTab::Results:
+        return QStringLiteral("Results");
+    case AppTab::Today:
+        return QStringLiteral("Today");
+    case AppTab::Fixtures:
+        break;
+    }
+    return QStringLiteral("Fixtures");
+}
+
+std::optional<TodayPresenter::AppTab> TodayPresenter::tabNamed(const QString &name)
+{
+    for (AppTab tab : allTabs) {
+        if (label(tab) == name)
+            return tab;
+    }
+    return std::nullopt;
+}
+
+TodayPresenter::Content TodayPresenter::content(bool loading, const QString &error, bool listEmpty)
+{
+    if (loading && listEmpty)
+        return Content::Loading;
+    if (!error.isEmpty() && listEmpty)
+        return Content::Error;
+    return listEmpty ? Content::Empty : Content::List;
+}
+
+QString TodayPresenter::loadingText(AppTab tab)
+{
+    switch (tab) {
+    case AppTab::Results:
+        return QStringLiteral("Loading results\u2026");
+    case AppTab::Today:
+        return QStringLiteral("Loading today's matches\u2026");
+    case AppTab::Fixtures:
+        break;
+    }
+    return QStringLiteral("Loading fixtures\u2026");
+}
+
+QString TodayPresenter::emptyText(AppTab tab)
+{
+    switch (tab) {
+    case AppTab::Results:
+        return QStringLiteral("No results yet");
+    case AppTab::Today:
+        return QStringLiteral("No Zel matches today");
+    case AppTab::Fixtures:
+        break;
+    }
+    return QStringLiteral("No upcoming fixtures");
+}
+
+QString TodayPresenter::errorText(const QString &error)
+{
+    return QStringLiteral("\u26A0\uFE0F  ") + error;
+}
+
+QList<TodayPresenter::MatchGroup> TodayPresenter::grouped(const QList<ZelMatch> &matches,
+                                                          bool ascending)
+{
+    struct Dated {
+        std::optional<QDateTime> start;
+        const ZelMatch *match;
+    };
+    QMap<QString, QList<Dated>> days; // keys sort as text, which for "yyyy-MM-dd" is date order
+    for (const ZelMatch &match : matches) {
+        const auto start = LeagueCalendar::parseStartTime(match.startTime);
+        const QString key = start ? LeagueCalendar::dayOf(*start).toString(Qt::ISODate) : QString();
+        days[key].append({start, &match});
+    }
+
+    QList<MatchGroup> groups;
+    for (auto day = days.begin(); day != days.end(); ++day) {
+        // Without a start: the distant future when ascending, the distant past otherwise.
+        std::stable_sort(day->begin(), day->end(), [ascending](const Dated &a, const Dated &b) {
+            if (!a.start)
+                return false;
+            if (!b.start)
+                return true;
+            return ascending ? *a.start < *b.start : *a.start > *b.start;
+        });
+        MatchGroup group{day.key(), {}};
+        for (const Dated &dated : *day)
+            group.matches.append(*dated.match);
+        groups.append(std::move(group));
+    }
+    if (!ascending)
+        std::reverse(groups.begin(), groups.end());
+    return groups;
+}
+
+QString TodayPresenter::formatDate(const QString &key, const QLocale &locale)
+{
+    const QDate day = QDate::fromString(key, QStringLiteral("yyyy-MM-dd"));
+    if (!day.isValid())
+        return key;
+    return locale.toString(day, QStringLiteral("dddd, d MMMM"));
+}
+
+QString TodayPresenter::todayLabel(const QDateTime &now, const QTimeZone &zone,
+                                   const QLocale &locale)
+{
+    return locale.toString(now.toTimeZone(zone).date(), QStringLiteral("dddd, d MMMM yyyy"));
+}
+
+QString TodayPresenter::updatedLabel(const QDateTime &updated, const QTimeZone &zone)
+{
+    return QStringLiteral("Updated ") + updated.toTimeZone(zone).toString(QStringLiteral("HH:mm"));
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ZelMatch.h"
+
+#include <optional>
+#include <QDateTime>
+#include <QList>
+#include <QLocale>
+#include <QTimeZone>
+
+// The popover's tabs, day groups and header texts.
+class TodayPresenter {
+public:
+    enum class AppTab { Results, Today, Fixtures };
+    static const QList<AppTab> allTabs;
+    static QString label(AppTab tab);
+    static std::optional<AppTab> tabNamed(const QString &label);
+
+    // What a tab shows, tested in this order.
+    enum class Content { Loading, Error, List, Empty };
+    static Content content(bool loading, const QString &error, bool listEmpty);
+    static QString loadingText(AppTab tab);
+    static QString emptyText(AppTab tab);
+    static QString errorText(const QString &error);
+
+    struct MatchGroup {
+        QString date; // "yyyy-MM-dd" in the league's zone, or empty without a usable start
+        QList<ZelMatch> matches;
+    };
+    // Day sections in date order, the undated section first when ascending and last otherwise;
+    // within a day by start, equal starts keeping their order.
+    static QList<MatchGroup> grouped(const QList<ZelMatch> &matches, bool ascending);
+    // "Saturday, 21 March" for "2026-03-21"; any other key as it is.
+    static QString formatDate(const QString &key, const QLocale &locale);
+    // "Monday, 16 November 2026"
+    static QString todayLabel(const QDateTime &now, const QTimeZone &zone, const QLocale &locale);
+    // "Updated 19:42"
+    static QString updatedLabel(const QDateTime &updated, const QTimeZone &zone);
+};

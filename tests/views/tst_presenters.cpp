@@ -1,0 +1,392 @@
+#include "MatchRowPresenter.h"
+#include "ScorecardPresenter.h"
+#include "TodayPresenter.h"
+
+#include <QTest>
+
+using BatsmanState = ScorecardPresenter::BatsmanState;
+using Side = ScorecardPresenter::Side;
+
+namespace {
+
+const QLocale english(QLocale::English, QLocale::UnitedKingdom);
+const QTimeZone utc(0);
+
+// Northport (home, id 1) against Southshore (away, id 2).
+ZelMatch match(const QString &status, qint64 firstBattingID = 1)
+{
+    return ZelMatch{.matchID = 1,
+                    .matchOrder = "Match 4",
+                    .matchStatus = status,
+                    .startTime = "2026-04-05T14:00:00Z",
+                    .homeTeamID = "1",
+                    .homeTeamName = "Northport",
+                    .homeTeamAPICode = "NTH",
+                    .awayTeamID = "2",
+                    .awayTeamName = "Southshore",
+                    .awayTeamAPICode = "STH",
+                    .firstBattingTeamID = firstBattingID,
+                    .firstBattingTeamCode = firstBattingID == 1 ? "NTH" : "STH",
+                    .secondBattingTeamCode = firstBattingID == 1 ? "STH" : "NTH",
+                    .groundName = "Harbour Oval",
+                    .city = "Northport"};
+}
+
+ZelMatch with(ZelMatch m, const std::function<void(ZelMatch &)> &change)
+{
+    change(m);
+    return m;
+}
+
+QStringList datesOf(const QList<TodayPresenter::MatchGroup> &groups)
+{
+    QStringList dates;
+    for (const auto &group : groups) {
+        QStringList ids;
+        for (const ZelMatch &m : group.matches)
+            ids.append(QString::number(m.matchID));
+        dates.append(group.date + u':' + ids.join(u','));
+    }
+    return dates;
+}
+
+} // namespace
+
+class PresentersTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void rowTexts_data()
+    {
+        QTest::addColumn<ZelMatch>("match");
+        QTest::addColumn<QString>("icon");
+        QTest::addColumn<QString>("centre");
+        QTest::addColumn<QString>("sub"); // empty: no sub-line
+
+        const auto scored = [](ZelMatch m, const QString &first, const QString &second) {
+            m.firstBattingSummary = first;
+            m.secondBattingSummary = second;
+            return m;
+        };
+        const ZelMatch finished = match("finished", 2);
+        QTest::newRow("finished: batting order, not home/away")
+            << scored(finished, "185/6 (20 ov)", "180/8 (20 ov)") << "\u2705"
+            << "185/6 \u2013 180/8"
+            << "";
+        QTest::newRow("finished, one score and a result")
+            << with(scored(finished, "185/6 (20 ov)", ""), [](ZelMatch &m) { m.comments = "Won"; })
+            << "\u2705"
+            << "\u2713"
+            << "";
+        QTest::newRow("finished, nothing known") << finished << "\u2705"
+                                                 << "Final"
+                                                 << "";
+
+        ZelMatch toss = with(match("live"), [](ZelMatch &m) {
+            m.tossDetails = "Southshore won the toss and chose to bowl";
+        });
+        QTest::newRow("live before the first ball") << toss << "\U0001F534"
+                                                    << "Toss"
+                                                    << "STH won, elected to field";
+        QTest::newRow("live, toss text without a decision")
+            << with(toss, [](ZelMatch &m) { m.tossDetails = "Southshore won the toss"; })
+            << "\U0001F534"
+            << "Toss"
+            << "";
+        QTest::newRow("live without toss") << match("live") << "\U0001F534"
+                                           << "Live"
+                                           << "";
+        QTest::newRow("live, second innings")
+            << with(scored(match("live"), "201/4 (20 Ov)", "150/3 (15.2 Ov)"),
+                    [](ZelMatch &m) { m.currentInnings = "2"; })
+            << "\U0001F534"
+            << "201/4 \u2013 150/3"
+            << "2nd Innings";
+        QTest::newRow("live, odd innings label")
+            << with(scored(match("live"), "20/0 (2 Ov)", ""),
+                    [](ZelMatch &m) { m.currentInnings = "3"; })
+            << "\U0001F534"
+            << "20/0"
+            << "";
+        QTest::newRow("upcoming with a notice")
+            << with(match("upcoming"), [](ZelMatch &m) { m.comments = " Rain delay "; })
+            << "\U0001F327\uFE0F"
+            << "Delayed"
+            << "Rain delay";
+        QTest::newRow("upcoming") << match("upcoming") << "\U0001F550"
+                                  << "2:00 PM"
+                                  << "Harbour Oval, Northport";
+        QTest::newRow("upcoming without start or city") << with(match("upcoming"),
+                                                                [](ZelMatch &m) {
+                                                                    m.startTime = "tomorrow";
+                                                                    m.city.clear();
+                                                                })
+                                                        << "\U0001F550"
+                                                        << "TBD"
+                                                        << "Harbour Oval";
+        QTest::newRow("abandoned") << match("abandoned") << "\u26C8\uFE0F"
+                                   << "Abandoned"
+                                   << "";
+        QTest::newRow("unknown status")
+            << with(match("unknown"), [](ZelMatch &m) { m.startTime.reset(); }) << "\U0001F550"
+            << "TBD"
+            << "";
+    }
+
+    void rowTexts()
+    {
+        QFETCH(ZelMatch, match);
+        QTEST(MatchRowPresenter::statusIcon(match), "icon");
+        QTEST(MatchRowPresenter::centreText(match, utc, english), "centre");
+        QTEST(MatchRowPresenter::centreSubText(match).value_or(QString()), "sub");
+    }
+
+    void resultAndFixtureLines_data()
+    {
+        QTest::addColumn<ZelMatch>("match");
+        QTest::addColumn<QString>("scores");
+        QTest::addColumn<QString>("venue");
+
+        ZelMatch homeSecond = match("finished", 2);
+        homeSecond.firstBattingSummary = "185/6 (20 ov)";
+        homeSecond.secondBattingSummary = "180/8 (20 ov)";
+        QTest::newRow("home batted second: home score first") << homeSecond << "180/8 \u2013 185/6"
+                                                              << "Harbour Oval, Northport";
+        homeSecond.secondBattingSummary.clear();
+        homeSecond.city.clear();
+        QTest::newRow("only the away score") << homeSecond << "185/6"
+                                             << "Harbour Oval";
+        QTest::newRow("no scores") << match("finished") << ""
+                                   << "Harbour Oval, Northport";
+    }
+
+    void resultAndFixtureLines()
+    {
+        QFETCH(ZelMatch, match);
+        QTEST(MatchRowPresenter::scoresText(match), "scores");
+        QTEST(MatchRowPresenter::venueText(match), "venue");
+    }
+
+    void tabContent_data()
+    {
+        QTest::addColumn<bool>("loading");
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<bool>("empty");
+        QTest::addColumn<int>("content");
+
+        using C = TodayPresenter::Content;
+        QTest::newRow("loading, nothing yet") << true << "" << true << int(C::Loading);
+        QTest::newRow("loading over an old list") << true << "" << false << int(C::List);
+        QTest::newRow("error, nothing to show") << false << "HTTP 503" << true << int(C::Error);
+        QTest::newRow("error over an old list") << false << "HTTP 503" << false << int(C::List);
+        QTest::newRow("loading beats error") << true << "HTTP 503" << true << int(C::Loading);
+        QTest::newRow("nothing at all") << false << "" << true << int(C::Empty);
+    }
+
+    void tabContent()
+    {
+        QFETCH(bool, loading);
+        QFETCH(QString, error);
+        QFETCH(bool, empty);
+        QTEST(int(TodayPresenter::content(loading, error, empty)), "content");
+    }
+
+    void grouping_data()
+    {
+        QTest::addColumn<bool>("ascending");
+        QTest::addColumn<QStringList>("groups"); // date:ids
+
+        QTest::newRow("fixtures: undated first, earliest first")
+            << true << QStringList{":4,6", "2026-04-05:3,1,5", "2026-04-06:2"};
+        QTest::newRow("results: undated last, latest first")
+            << false << QStringList{"2026-04-06:2", "2026-04-05:1,5,3", ":4,6"};
+    }
+
+    void grouping()
+    {
+        QFETCH(bool, ascending);
+        const auto at = [](qint64 id, std::optional<QString> start) {
+            return ZelMatch{.matchID = id, .startTime = std::move(start)};
+        };
+        const QList<ZelMatch> matches{
+            at(1, "2026-04-05T14:00:00Z"),
+            at(2, "2026-04-05T20:00:00Z"), // already the 6th in India
+            at(3, "2026-04-05T09:00:00.000+05:30"),
+            at(4, std::nullopt),
+            at(5, "2026-04-05T14:00:00.000Z"), // same instant as 1: keeps its place
+            at(6, "5 April"),
+        };
+        QTEST(datesOf(TodayPresenter::grouped(matches, ascending)), "groups");
+    }
+
+    void headerTexts()
+    {
+        QCOMPARE(TodayPresenter::formatDate("2026-03-21", english),
+                 QStringLiteral("Saturday, 21 March"));
+        QCOMPARE(TodayPresenter::formatDate("", english), QString());
+        const QDateTime late = QDateTime::fromString("2026-11-16T23:30:00Z", Qt::ISODate);
+        QCOMPARE(TodayPresenter::todayLabel(late, utc, english),
+                 QStringLiteral("Monday, 16 November 2026"));
+        QCOMPARE(TodayPresenter::todayLabel(late, QTimeZone(5 * 3600 + 1800), english),
+                 QStringLiteral("Tuesday, 17 November 2026"));
+        QCOMPARE(TodayPresenter::updatedLabel(late, QTimeZone(-5 * 3600)),
+                 QStringLiteral("Updated 18:30"));
+        QCOMPARE(TodayPresenter::errorText("HTTP 503"), QStringLiteral("\u26A0\uFE0F  HTTP 503"));
+        QStringList labels;
+        for (auto tab : TodayPresenter::allTabs)
+            labels.append(TodayPresenter::label(tab));
+        QCOMPARE(labels, (QStringList{"Results", "Today", "Fixtures"}));
+        QCOMPARE(TodayPresenter::tabNamed("Fixtures"), TodayPresenter::AppTab::Fixtures);
+        QVERIFY(!TodayPresenter::tabNamed("today"));
+    }
+
+    void inningsTabs_data()
+    {
+        QTest::addColumn<ZelMatch>("match");
+        QTest::addColumn<int>("innings"); // innings the scorecard holds
+        QTest::addColumn<int>("initial");
+        QTest::addColumn<QString>("tab1");
+        QTest::addColumn<QString>("yetToBat"); // per tab: H, A or - for an innings
+
+        ZelMatch live = match("live");
+        live.firstBattingSummary = "201/4 (20 Ov)";
+        live.secondBattingSummary = "12/0 (2 Ov)";
+        live.currentInnings = "2";
+        QTest::newRow("live, second innings") << live << 2 << 1 << "1st \u00B7 NTH"
+                                              << "--";
+        live.currentInnings = "two";
+        QTest::newRow("unreadable innings opens the first") << live << 2 << 0 << "1st \u00B7 NTH"
+                                                            << "--";
+        ZelMatch toss = match("live", 2);
+        toss.currentInnings = "1";
+        toss.firstBattingTeamCode.clear();
+        QTest::newRow("before the first ball, even with innings") << toss << 1 << 0 << "1st"
+                                                                  << "AH";
+        QTest::newRow("finished with one innings")
+            << match("finished") << 1 << 0 << "1st \u00B7 NTH"
+            << "-A";
+    }
+
+    void inningsTabs()
+    {
+        QFETCH(ZelMatch, match);
+        QFETCH(int, innings);
+        ZelScorecard scorecard;
+        for (int i = 0; i < innings; ++i)
+            scorecard.innings.append(ZelInnings{i + 1, "Side", {}, {}});
+        QTEST(ScorecardPresenter::initialInnings(match), "initial");
+        QTEST(ScorecardPresenter::tab1Label(match), "tab1");
+        QString shown;
+        for (int tab = 0; tab < 2; ++tab) {
+            const auto side = ScorecardPresenter::yetToBat(match, scorecard, tab);
+            shown += !side ? u'-' : *side == Side::Home ? u'H' : u'A';
+        }
+        QTEST(shown, "yetToBat");
+    }
+
+    void totalLine_data()
+    {
+        QTest::addColumn<QString>("summary");
+        QTest::addColumn<QString>("score");
+        QTest::addColumn<QString>("overs"); // empty: none
+        QTest::newRow("usual") << "150/3 (15.2 Ov)"
+                               << "150/3"
+                               << "15.2 Ov";
+        QTest::newRow("no parentheses: shown twice") << "185/6"
+                                                     << "185/6"
+                                                     << "185/6";
+        QTest::newRow("last parenthesis wins") << "99 (a) (18 Ov)"
+                                               << "99"
+                                               << "18 Ov";
+        QTest::newRow("empty") << ""
+                               << ""
+                               << "";
+    }
+
+    void totalLine()
+    {
+        QFETCH(QString, summary);
+        ZelMatch m = match("finished");
+        m.secondBattingSummary = summary;
+        const auto line = ScorecardPresenter::totalLine(m, 1);
+        QTEST(line.score, "score");
+        QTEST(line.overs.value_or(QString()), "overs");
+    }
+
+    void batsmanState_data()
+    {
+        QTest::addColumn<QString>("status");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("notOut");
+        QTest::addColumn<QString>("balls");
+        QTest::addColumn<int>("state");
+
+        QTest::newRow("striker with captain mark") << "live"
+                                                   << "Arjun Mehta (c)"
+                                                   << "1"
+                                                   << "10" << int(BatsmanState::Striker);
+        QTest::newRow("non-striker") << "live"
+                                     << " Kabir Rao "
+                                     << "1"
+                                     << "3" << int(BatsmanState::NonStriker);
+        QTest::newRow("out in the live innings") << "live"
+                                                 << "Dev Iyer"
+                                                 << "0"
+                                                 << "9" << int(BatsmanState::Out);
+        QTest::newRow("waiting in the live innings") << "live"
+                                                     << "Ravi Nair (wk)"
+                                                     << "1"
+                                                     << "0" << int(BatsmanState::Waiting);
+        QTest::newRow("did not bat") << "finished"
+                                     << "Ravi Nair"
+                                     << "1"
+                                     << "0" << int(BatsmanState::DidNotBat);
+        QTest::newRow("not out") << "finished"
+                                 << "Arjun Mehta (c)"
+                                 << "1"
+                                 << "12" << int(BatsmanState::NotOut);
+        QTest::newRow("out when finished") << "finished"
+                                           << "Dev Iyer"
+                                           << "0"
+                                           << "9" << int(BatsmanState::Out);
+    }
+
+    void batsmanState()
+    {
+        QFETCH(QString, status);
+        ZelMatch m = match(status);
+        m.currentInnings = "1";
+        m.currentStrikerName = "Arjun Mehta";
+        m.currentNonStrikerName = "Kabir Rao";
+        QFETCH(QString, name);
+        QFETCH(QString, notOut);
+        QFETCH(QString, balls);
+        ZelBattingEntry entry;
+        entry.name = name;
+        entry.isNotOut = notOut;
+        entry.balls = balls;
+        QTEST(int(ScorecardPresenter::batsmanState(m, entry, 1)), "state");
+        // Another innings number is never the one in progress.
+        if (status == "live" && notOut == "1")
+            QVERIFY(ScorecardPresenter::batsmanState(m, entry, 2) != BatsmanState::Striker);
+    }
+
+    void bowlingMarks()
+    {
+        ZelMatch live = match("live");
+        live.currentBowlerName = " Dev Iyer";
+        ZelBowlingEntry bowler;
+        bowler.name = "Dev Iyer ";
+        QVERIFY(ScorecardPresenter::isCurrentBowler(live, bowler));
+        QVERIFY(!ScorecardPresenter::isCurrentBowler(
+            with(live, [](ZelMatch &m) { m.matchStatus = "finished"; }), bowler));
+        for (const auto &[wickets, stands] : QList<std::pair<QString, bool>>{
+                 {"2", true}, {"1", true}, {"0", false}, {"-", false}}) {
+            bowler.wickets = wickets;
+            QCOMPARE(ScorecardPresenter::tookWickets(bowler), stands);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(PresentersTest)
+#include "tst_presenters.moc"
