@@ -51,8 +51,9 @@ void ImageCache::prefetch(const QList<QUrl> &urls, std::function<void()> complet
         std::function<void()> completion;
     };
     auto group = std::make_shared<Group>(Group{needed.size(), std::move(completion)});
-    for (auto &[url, key] : needed) {
-        m_worker->submit({url, key, [this, group, key](std::optional<QImage> image) {
+    for (const auto &job : needed) {
+        const QString &key = job.second;
+        m_worker->submit({job.first, key, [this, group, key](std::optional<QImage> image) {
                               if (image) {
                                   m_memory.insert(key, *image);
                                   emit imageStored(key);

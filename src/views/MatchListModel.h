@@ -1,0 +1,61 @@
+#pragma once
+
+#include "ZelMatch.h"
+
+#include <QAbstractListModel>
+#include <QLocale>
+#include <QTimeZone>
+
+// One of the popover's lists as rows for a ListView, every text already decided by the
+// presenters. Results and fixtures come in day sections (the sectionTitle role).
+class MatchListModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum class Kind { Today, Results, Fixtures };
+    enum Role {
+        MatchIdRole = Qt::UserRole + 1,
+        StatusRole,
+        StatusIconRole,
+        CentreTextRole,
+        CentreSubTextRole,
+        IsLiveRole,
+        OpensOnTapRole,
+        HomeCodeRole,
+        AwayCodeRole,
+        HomeNameRole,
+        AwayNameRole,
+        HomeLogoRole,
+        AwayLogoRole,
+        ScoresTextRole,
+        MatchOrderRole,
+        DisplayTimeRole,
+        VenueTextRole,
+        GroundAndCityRole,
+        CommentsRole,
+        TossTextRole,
+        SectionTitleRole,
+    };
+
+    MatchListModel(Kind kind, QString serviceURL, QTimeZone zone = QTimeZone::systemTimeZone(),
+                   QLocale locale = QLocale::system(), QObject *parent = nullptr);
+
+    void setMatches(const QList<ZelMatch> &matches);
+    const ZelMatch *match(qint64 matchID) const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+private:
+    struct Row {
+        ZelMatch match;
+        QString sectionTitle;
+    };
+
+    Kind m_kind;
+    QString m_serviceURL;
+    QTimeZone m_zone;
+    QLocale m_locale;
+    QList<Row> m_rows;
+};
