@@ -5,11 +5,14 @@
 #include <QAbstractListModel>
 #include <QLocale>
 #include <QTimeZone>
+#include <QtQml/qqmlregistration.h>
 
 // One of the popover's lists as rows for a ListView, every text already decided by the
 // presenters. Results and fixtures come in day sections (the sectionTitle role).
 class MatchListModel : public QAbstractListModel {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
 
 public:
     enum class Kind { Today, Results, Fixtures };

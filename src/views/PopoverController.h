@@ -4,6 +4,7 @@
 #include "TodayPresenter.h"
 
 #include <QObject>
+#include <QtQml/qqmlregistration.h>
 #include <QVariantMap>
 
 class TodayViewModel;
@@ -13,6 +14,8 @@ class TodayViewModel;
 // argument are re-evaluated by QML whenever the state object changes.
 class PopoverController : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by the application")
     Q_PROPERTY(int activeTab READ activeTab WRITE setActiveTab NOTIFY activeTabChanged)
     Q_PROPERTY(MatchListModel *todayModel READ todayModel CONSTANT)
     Q_PROPERTY(MatchListModel *resultsModel READ resultsModel CONSTANT)

@@ -1,0 +1,61 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import ZelMenuBar
+
+// An upcoming match: its order, both teams by name, the start time and the venue.
+Column {
+    id: row
+    required property string matchOrder
+    required property string homeName
+    required property string awayName
+    required property url homeLogo
+    required property url awayLogo
+    required property string displayTime
+    required property string venueText
+    width: ListView.view ? ListView.view.width : 0
+
+    Column {
+        width: parent.width
+        leftPadding: 14
+        rightPadding: 14
+        topPadding: 10
+        bottomPadding: 10
+        spacing: 6
+        Label { text: row.matchOrder; font.pixelSize: 10; color: Theme.secondary }
+        RowLayout {
+            width: parent.width - 28
+            spacing: 0
+            CricketBadge { Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.homeLogo; placeholderColor: Theme.placeholder }
+            Label {
+                Layout.leftMargin: 6
+                Layout.maximumWidth: 130
+                text: row.homeName
+                elide: Text.ElideRight
+                font.pixelSize: 13
+                font.weight: Font.Medium
+                color: Theme.text
+            }
+            Item { Layout.fillWidth: true; Layout.minimumWidth: 6 }
+            Label { text: "vs"; font.pixelSize: 11; color: Theme.secondary }
+            Item { Layout.fillWidth: true; Layout.minimumWidth: 6 }
+            Label {
+                Layout.rightMargin: 6
+                Layout.maximumWidth: 130
+                horizontalAlignment: Text.AlignRight
+                text: row.awayName
+                elide: Text.ElideRight
+                font.pixelSize: 13
+                font.weight: Font.Medium
+                color: Theme.text
+            }
+            CricketBadge { Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.awayLogo; placeholderColor: Theme.placeholder }
+        }
+        Row {
+            spacing: 14
+            DetailLine { icon: "clock"; text: row.displayTime }
+            DetailLine { icon: "mappin"; text: row.venueText }
+        }
+    }
+    Divider { leadingInset: 14 }
+}

@@ -1,0 +1,125 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import ZelMenuBar
+
+// A today row: status, both sides, the score or start time; finished rows open their detail.
+Column {
+    id: row
+    required property PopoverController controller
+    required property var matchId
+    required property string status
+    required property string statusIcon
+    required property string centreText
+    required property string centreSubText
+    required property bool isLive
+    required property bool opensOnTap
+    required property string homeCode
+    required property string awayCode
+    required property url homeLogo
+    required property url awayLogo
+    required property string comments
+    property bool showDetail: isLive
+    readonly property bool finished: status === "finished"
+    width: ListView.view ? ListView.view.width : 0
+    activeFocusOnTab: true
+
+    function activate() {
+        if (!opensOnTap)
+            return
+        showDetail = !showDetail
+        if (showDetail)
+            controller.scorecardWanted(matchId)
+    }
+    Keys.onSpacePressed: activate()
+    Keys.onReturnPressed: activate()
+    Component.onCompleted: if (isLive) controller.scorecardWanted(matchId)
+
+    Item {
+        objectName: "mainLine"
+        width: parent.width
+        height: line.implicitHeight + 18
+
+        TapHandler { onTapped: row.activate() }
+        Rectangle {
+            anchors.fill: parent
+            color: Theme.divider
+            visible: row.activeFocus
+        }
+        RowLayout {
+            id: line
+            anchors.fill: parent
+            anchors.leftMargin: 14
+            anchors.rightMargin: 14
+            spacing: 0
+            Label {
+                Layout.preferredWidth: 22
+                text: row.statusIcon
+                font.pixelSize: 11
+            }
+            TeamSide { logo: row.homeLogo; code: row.homeCode }
+            Item { Layout.fillWidth: true; Layout.minimumWidth: 4 }
+            Column {
+                Layout.minimumWidth: 100
+                spacing: 2
+                Label {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: row.centreText
+                    font.family: Theme.mono
+                    font.pixelSize: 12
+                    font.weight: Font.DemiBold
+                    color: row.isLive ? Theme.red : Theme.text
+                }
+                Label {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    visible: text !== ""
+                    width: Math.min(implicitWidth, 150)
+                    elide: Text.ElideRight
+                    text: row.centreSubText
+                    font.pixelSize: 9
+                    color: Theme.secondary
+                }
+            }
+            Item { Layout.fillWidth: true; Layout.minimumWidth: 4 }
+            TeamSide { logo: row.awayLogo; code: row.awayCode; trailing: true }
+            Item {
+                Layout.preferredWidth: 20
+                Layout.preferredHeight: 9
+                Chevron {
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: row.finished
+                    open: row.showDetail
+                }
+            }
+        }
+    }
+
+    Expander {
+        open: row.showDetail
+        Column {
+            width: parent.width
+            leftPadding: 22
+            rightPadding: 14
+            bottomPadding: 10
+            spacing: 5
+            Row {
+                spacing: 5
+                SymbolIcon {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 10; height: 10
+                    name: row.finished ? "trophy" : "circle.fill"
+                    color: row.finished ? Theme.yellow : Theme.red
+                }
+                Label { text: row.comments; font.pixelSize: 10; color: Theme.text }
+            }
+            ScorecardContent {
+                width: parent.width - 36
+                controller: row.controller
+                matchId: row.matchId
+            }
+        }
+    }
+
+    Divider { leadingInset: 14 }
+}

@@ -1,0 +1,96 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import ZelMenuBar
+
+// A finished match: scores in home/away order; every row opens its detail.
+Column {
+    id: row
+    required property PopoverController controller
+    required property var matchId
+    required property string homeCode
+    required property string awayCode
+    required property url homeLogo
+    required property url awayLogo
+    required property string scoresText
+    required property string matchOrder
+    required property string comments
+    required property string tossText
+    required property string groundAndCity
+    property bool showDetail: false
+    width: ListView.view ? ListView.view.width : 0
+    activeFocusOnTab: true
+
+    function activate() {
+        showDetail = !showDetail
+        if (showDetail)
+            controller.scorecardWanted(matchId)
+    }
+    Keys.onSpacePressed: activate()
+    Keys.onReturnPressed: activate()
+
+    Item {
+        objectName: "mainLine"
+        width: parent.width
+        height: line.implicitHeight + 18
+        TapHandler { onTapped: row.activate() }
+        Rectangle { anchors.fill: parent; color: Theme.divider; visible: row.activeFocus }
+        RowLayout {
+            id: line
+            anchors.fill: parent
+            anchors.leftMargin: 14
+            anchors.rightMargin: 14
+            spacing: 0
+            TeamSide { logo: row.homeLogo; code: row.homeCode; codeWidth: 34 }
+            Item { Layout.fillWidth: true; Layout.minimumWidth: 4 }
+            Column {
+                Layout.minimumWidth: 110
+                spacing: 1
+                Label {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: row.scoresText
+                    font.family: Theme.mono
+                    font.pixelSize: 11
+                    font.weight: Font.DemiBold
+                    fontSizeMode: Text.HorizontalFit
+                    minimumPixelSize: 8
+                    color: Theme.text
+                }
+                Label {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: row.matchOrder
+                    font.pixelSize: 9
+                    color: Theme.secondary
+                }
+            }
+            Item { Layout.fillWidth: true; Layout.minimumWidth: 4 }
+            TeamSide { logo: row.awayLogo; code: row.awayCode; codeWidth: 34; trailing: true }
+            Item {
+                Layout.preferredWidth: 14
+                Layout.preferredHeight: 9
+                Chevron { anchors.right: parent.right; open: row.showDetail }
+            }
+        }
+    }
+
+    Expander {
+        open: row.showDetail
+        Column {
+            width: parent.width
+            leftPadding: 14
+            rightPadding: 14
+            bottomPadding: 10
+            spacing: 5
+            DetailLine { visible: row.comments !== ""; icon: "trophy.fill"; tint: Theme.yellow; text: row.comments; strong: true }
+            DetailLine { visible: row.tossText !== ""; icon: "arrow.2.circlepath"; text: row.tossText }
+            DetailLine { icon: "mappin"; text: row.groundAndCity }
+            ScorecardContent {
+                width: parent.width - 28
+                controller: row.controller
+                matchId: row.matchId
+            }
+        }
+    }
+
+    Divider { leadingInset: 14 }
+}

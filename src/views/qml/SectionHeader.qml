@@ -1,0 +1,20 @@
+import QtQuick
+import QtQuick.Controls
+
+Rectangle {
+    required property string section
+    width: ListView.view ? ListView.view.width : 0
+    implicitHeight: title.implicitHeight + 10
+    color: Theme.header
+
+    Label {
+        id: title
+        anchors.left: parent.left
+        anchors.leftMargin: 14
+        anchors.verticalCenter: parent.verticalCenter
+        text: parent.section
+        color: Theme.secondary
+        font.pixelSize: 10
+        font.weight: Font.DemiBold
+    }
+}

@@ -1,0 +1,32 @@
+import QtQuick
+import QtQuick.Controls
+import ZelMenuBar
+
+// A badge and a team's short code; the badge goes on the outer side.
+Row {
+    property url logo
+    property string code
+    property bool trailing: false
+    property real codeWidth: 36
+    property real badgeSize: 22
+    spacing: 5
+    layoutDirection: trailing ? Qt.RightToLeft : Qt.LeftToRight
+
+    CricketBadge {
+        width: parent.badgeSize
+        height: parent.badgeSize
+        anchors.verticalCenter: parent.verticalCenter
+        url: parent.logo
+        placeholderColor: Theme.placeholder
+    }
+    Label {
+        width: parent.codeWidth
+        anchors.verticalCenter: parent.verticalCenter
+        text: parent.code
+        horizontalAlignment: parent.trailing ? Text.AlignRight : Text.AlignLeft
+        elide: Text.ElideRight
+        font.pixelSize: 13
+        font.weight: Font.Medium
+        color: Theme.text
+    }
+}

@@ -1,0 +1,16 @@
+pragma Singleton
+import QtQuick
+
+// Semantic fonts and colours, taken from the desktop's palette so light and dark both read well.
+QtObject {
+    readonly property SystemPalette palette: SystemPalette { colorGroup: SystemPalette.Active }
+    readonly property color background: palette.window
+    readonly property color text: palette.windowText
+    readonly property color secondary: Qt.rgba(text.r, text.g, text.b, 0.55)
+    readonly property color divider: Qt.rgba(text.r, text.g, text.b, 0.15)
+    readonly property color placeholder: Qt.rgba(text.r, text.g, text.b, 0.11)
+    readonly property color header: Qt.rgba(background.r, background.g, background.b, 0.94)
+    readonly property color red: "#d64541"
+    readonly property color yellow: "#e5a50a"
+    readonly property string mono: "monospace"
+}

@@ -1,0 +1,125 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import ZelMenuBar
+
+// The popover: header, the Results / Today / Fixtures switch, and the selected tab.
+Rectangle {
+    id: root
+    required property PopoverController controller
+    signal closeRequested()
+    width: 380
+    height: 500
+    color: Theme.background
+    focus: true
+
+    Keys.onEscapePressed: root.closeRequested()
+    Keys.onLeftPressed: controller.activeTab = Math.max(0, controller.activeTab - 1)
+    Keys.onRightPressed: controller.activeTab = Math.min(2, controller.activeTab + 1)
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.leftMargin: 14
+            Layout.rightMargin: 14
+            Layout.topMargin: 10
+            Layout.bottomMargin: 10
+            Column {
+                spacing: 1
+                Label {
+                    text: root.controller.title
+                    font.pixelSize: 13
+                    font.weight: Font.DemiBold
+                    color: Theme.text
+                }
+                Label {
+                    text: root.controller.todayLabel(root.controller.revision)
+                    font.pixelSize: 10
+                    color: Theme.secondary
+                }
+            }
+            Item { Layout.fillWidth: true }
+            Label {
+                visible: text !== ""
+                text: root.controller.updatedLabel(root.controller.revision)
+                font.pixelSize: 10
+                color: Theme.secondary
+            }
+            ToolButton {
+                objectName: "refreshButton"
+                implicitWidth: 26
+                implicitHeight: 26
+                flat: true
+                focusPolicy: Qt.NoFocus
+                onClicked: root.controller.refresh()
+                ToolTip.visible: hovered
+                ToolTip.text: "Refresh"
+                SymbolIcon {
+                    anchors.centerIn: parent
+                    width: 13
+                    height: 13
+                    name: "arrow.clockwise"
+                    color: Theme.text
+                }
+            }
+        }
+
+        Divider { Layout.fillWidth: true }
+
+        TabBar {
+            id: tabs
+            objectName: "tabBar"
+            Layout.fillWidth: true
+            Layout.leftMargin: 14
+            Layout.rightMargin: 14
+            Layout.topMargin: 8
+            Layout.bottomMargin: 8
+            currentIndex: root.controller.activeTab
+            onCurrentIndexChanged: root.controller.activeTab = currentIndex
+            focusPolicy: Qt.NoFocus
+            Repeater {
+                model: ["Results", "Today", "Fixtures"]
+                TabButton {
+                    required property string modelData
+                    text: modelData
+                    focusPolicy: Qt.NoFocus
+                }
+            }
+        }
+
+        Divider { Layout.fillWidth: true }
+
+        StackLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            currentIndex: root.controller.activeTab
+
+            TabContent {
+                objectName: "resultsTab"
+                controller: root.controller
+                tab: PopoverController.Results
+                sectioned: true
+                model: root.controller.resultsModel
+                delegate: ResultRow { controller: root.controller }
+            }
+            TabContent {
+                objectName: "todayTab"
+                controller: root.controller
+                tab: PopoverController.Today
+                model: root.controller.todayModel
+                delegate: MatchRow { controller: root.controller }
+            }
+            TabContent {
+                objectName: "fixturesTab"
+                controller: root.controller
+                tab: PopoverController.Fixtures
+                sectioned: true
+                model: root.controller.fixturesModel
+                delegate: FixtureRow {}
+            }
+        }
+    }
+}

@@ -1,0 +1,164 @@
+#include "FixtureServer.h"
+#include "ImageCache.h"
+#include "PopoverController.h"
+#include "TodayViewModel.h"
+
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
+
+Q_IMPORT_QML_PLUGIN(ZelMenuBarPlugin)
+
+using namespace std::chrono_literals;
+
+namespace {
+
+const QByteArray today = R"json({"matches": [
+    {"matchID": 7, "status": "live", "startTime": "2026-11-22T13:30:00+05:30",
+     "batting": {"firstTeamID": 1, "firstTeamCode": "NTH", "firstSummary": "50/1 (6.2 Ov)"},
+     "live": {"currentInnings": "1"}},
+    {"matchID": 8, "status": "finished", "startTime": "2026-11-22T09:30:00+05:30",
+     "batting": {"firstTeamID": 1, "firstSummary": "180/6 (20 Ov)", "secondSummary": "150 (19 Ov)"}},
+    {"matchID": 9, "status": "upcoming", "startTime": "2026-11-22T19:30:00+05:30"}]})json";
+
+QQuickItem *child(QQuickItem *root, const char *name)
+{
+    return root->findChild<QQuickItem *>(QLatin1StringView(name));
+}
+
+} // namespace
+
+// The popover's QML, loaded for real off screen, against a scripted score service.
+class PopoverViewTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_cacheHome;
+    std::unique_ptr<FixtureServer> m_server;
+    std::unique_ptr<TodayViewModel> m_vm;
+    std::unique_ptr<PopoverController> m_popover;
+    std::unique_ptr<QQuickView> m_view;
+
+    bool settled()
+    {
+        return QTest::qWaitFor([&] {
+            return !m_vm->isLoading() && !m_vm->isLoadingFixtures() && !m_vm->isLoadingResults() &&
+                   m_vm->loadingScorecards().isEmpty();
+        });
+    }
+
+    QQuickItem *tab(const char *name) { return child(m_view->rootObject(), name); }
+
+    // The delegates of a tab's list that are on screen, in order.
+    QList<QQuickItem *> rows(const char *tabName)
+    {
+        QList<QQuickItem *> found;
+        QList<QQuickItem *> pending{tab(tabName)};
+        while (!pending.isEmpty()) {
+            QQuickItem *item = pending.takeFirst();
+            if (item->property("matchId").isValid() && item->property("showDetail").isValid())
+                found.append(item);
+            else
+                pending.append(item->childItems());
+        }
+        std::sort(found.begin(), found.end(), [](auto *a, auto *b) { return a->y() < b->y(); });
+        return found;
+    }
+
+    void tapMainLine(QQuickItem *row)
+    {
+        QQuickItem *line = row->findChild<QQuickItem *>("mainLine");
+        const QPointF centre = line->mapToScene(QPointF(line->width() / 2, line->height() / 2));
+        QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, centre.toPoint());
+    }
+
+private slots:
+    void initTestCase() { qputenv("XDG_CACHE_HOME", m_cacheHome.path().toUtf8()); }
+
+    void init()
+    {
+        m_server = std::make_unique<FixtureServer>();
+        m_server->script("/api/matches/today", {200, today});
+        m_server->script("/api/matches/upcoming", {200, R"({"matches": []})"});
+        m_server->script("/api/matches/results", {503, "{}"});
+        m_server->script("/api/matches/7/scorecard", {200, R"({"innings": []})"});
+        m_server->script("/api/matches/8/scorecard", {200, R"({"innings": []})", 100ms});
+        TodayViewModel::Setup setup;
+        setup.serviceURL = m_server->baseURL();
+        setup.clock = [] {
+            return QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
+        };
+        setup.watchSystemSleep = false;
+        m_vm = std::make_unique<TodayViewModel>(setup);
+        m_popover = std::make_unique<PopoverController>(*m_vm, m_server->baseURL());
+        m_view = std::make_unique<QQuickView>();
+        m_view->engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+        m_view->setInitialProperties({{"controller", QVariant::fromValue(m_popover.get())}});
+        m_view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml")));
+        QCOMPARE(m_view->status(), QQuickView::Ready);
+        m_view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+        QVERIFY(settled());
+    }
+
+    void cleanup()
+    {
+        m_view.reset();
+        m_popover.reset();
+        m_vm.reset();
+    }
+
+    void todayShowsItsRowsAndOnlyFinishedOnesOpen()
+    {
+        QCOMPARE(m_view->rootObject()->size(), QSizeF(380, 500));
+        QTRY_COMPARE(rows("todayTab").size(), 3);
+        const auto today = rows("todayTab");
+        QVERIFY2(today[0]->property("showDetail").toBool(), "a live row opens expanded");
+        QVERIFY(!today[1]->property("showDetail").toBool());
+
+        tapMainLine(today[0]); // live: nothing happens
+        tapMainLine(today[2]); // upcoming: nothing happens
+        QVERIFY(today[0]->property("showDetail").toBool());
+        QVERIFY(!today[2]->property("showDetail").toBool());
+
+        tapMainLine(today[1]);
+        QVERIFY(today[1]->property("showDetail").toBool());
+        QVERIFY(settled());
+        tapMainLine(today[1]);
+        tapMainLine(today[1]);
+        QVERIFY(settled());
+        QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
+        QCOMPARE(m_server->requestCount("/api/matches/9/scorecard"), 0);
+    }
+
+    void errorStateOffersRetry()
+    {
+        m_popover->setActiveTab(PopoverController::Results);
+        QVERIFY(settled());
+        QQuickItem *retry = child(tab("resultsTab"), "retryButton");
+        QVERIFY(retry && retry->isVisible());
+        const auto loads = m_server->requestCount("/api/matches/results");
+        QMetaObject::invokeMethod(retry, "clicked");
+        QVERIFY(settled());
+        QCOMPARE(m_server->requestCount("/api/matches/results"), loads + 1);
+    }
+
+    void keyboardSwitchesTabsAndEscapeCloses()
+    {
+        QSignalSpy closed(m_view->rootObject(), SIGNAL(closeRequested()));
+        m_view->rootObject()->forceActiveFocus();
+        QTest::keyClick(m_view.get(), Qt::Key_Left);
+        QCOMPARE(m_popover->activeTab(), int(PopoverController::Results));
+        QTest::keyClick(m_view.get(), Qt::Key_Right);
+        QTest::keyClick(m_view.get(), Qt::Key_Right);
+        QCOMPARE(m_popover->activeTab(), int(PopoverController::Fixtures));
+        QTest::keyClick(m_view.get(), Qt::Key_Escape);
+        QCOMPARE(closed.count(), 1);
+    }
+};
+
+QTEST_MAIN(PopoverViewTest)
+#include "tst_popoverview.moc"
