@@ -1,6 +1,7 @@
 #include "FixtureServer.h"
 #include "ImageCache.h"
 #include "PopoverController.h"
+#include "PopoverStyle.h"
 #include "TodayViewModel.h"
 
 #include <QQmlEngine>
@@ -76,7 +77,11 @@ class PopoverViewTest : public QObject {
     }
 
 private slots:
-    void initTestCase() { qputenv("XDG_CACHE_HOME", m_cacheHome.path().toUtf8()); }
+    void initTestCase()
+    {
+        qputenv("XDG_CACHE_HOME", m_cacheHome.path().toUtf8());
+        PopoverStyle::apply();
+    }
 
     void init()
     {

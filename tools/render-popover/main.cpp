@@ -2,6 +2,7 @@
 #include "League.h"
 #include "LeagueServer.h"
 #include "PopoverController.h"
+#include "PopoverStyle.h"
 #include "TodayViewModel.h"
 
 #include <cstdio>
@@ -51,7 +52,7 @@ int main(int argc, char *argv[])
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QTemporaryDir cacheHome; // logos fetched for the pictures stay out of the user's cache
     qputenv("XDG_CACHE_HOME", cacheHome.path().toUtf8());
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    PopoverStyle::apply();
     QGuiApplication app(argc, argv);
 
     QCommandLineParser parser;

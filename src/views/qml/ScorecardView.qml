@@ -15,12 +15,12 @@ Column {
 
     Divider {}
 
-    TabBar {
+    SegmentedBar {
         width: parent.width
+        fontSize: 10
+        labels: [card.view.tab1 || "1st", card.view.tab2 || "2nd"]
         currentIndex: card.selectedInnings
         onCurrentIndexChanged: card.selectedInnings = currentIndex
-        TabButton { text: card.view.tab1 || "1st"; font.pixelSize: 10 }
-        TabButton { text: card.view.tab2 || "2nd"; font.pixelSize: 10 }
     }
 
     Row {

@@ -69,25 +69,16 @@ Rectangle {
 
         Divider { Layout.fillWidth: true }
 
-        TabBar {
-            id: tabs
+        SegmentedBar {
             objectName: "tabBar"
             Layout.fillWidth: true
             Layout.leftMargin: 14
             Layout.rightMargin: 14
             Layout.topMargin: 8
             Layout.bottomMargin: 8
+            labels: ["Results", "Today", "Fixtures"]
             currentIndex: root.controller.activeTab
             onCurrentIndexChanged: root.controller.activeTab = currentIndex
-            focusPolicy: Qt.NoFocus
-            Repeater {
-                model: ["Results", "Today", "Fixtures"]
-                TabButton {
-                    required property string modelData
-                    text: modelData
-                    focusPolicy: Qt.NoFocus
-                }
-            }
         }
 
         Divider { Layout.fillWidth: true }
