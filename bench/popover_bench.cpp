@@ -1,0 +1,151 @@
+// Opens and scrolls the real popover off screen over 200 fixtures and prints timings and the
+// memory the views add: medians, not assertions, because this machine's timings are noisy.
+#include "ImageCache.h"
+#include "PopoverController.h"
+#include "PopoverStyle.h"
+#include "TodayViewModel.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QHttpServer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
+
+Q_IMPORT_QML_PLUGIN(ZelMenuBarPlugin)
+
+namespace {
+
+qint64 residentKiB()
+{
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    if (!statm.open(QIODevice::ReadOnly))
+        return 0;
+    return statm.readAll().split(' ').value(1).toLongLong() * 4;
+}
+
+QByteArray fixtures(int count)
+{
+    QJsonArray list;
+    const QDateTime first = QDateTime::currentDateTimeUtc().addDays(2);
+    for (int i = 0; i < count; ++i) {
+        list.append(QJsonObject{
+            {"matchID", 1000 + i},
+            {"matchOrder", QStringLiteral("Match %1").arg(i + 1)},
+            {"status", "upcoming"},
+            {"startTime", first.addSecs(qint64(i) * 4 * 3600).toString(Qt::ISODate)},
+            {"venue", QJsonObject{{"ground", "Harbour Oval"}, {"city", "Northport"}}},
+            {"homeTeam",
+             QJsonObject{
+                 {"id", "1"}, {"name", "Northport Mariners"}, {"logoURL", ""}, {"code", "NTH"}}},
+            {"awayTeam",
+             QJsonObject{
+                 {"id", "2"}, {"name", "Southshore Suns"}, {"logoURL", ""}, {"code", "STH"}}},
+        });
+    }
+    return QJsonDocument(QJsonObject{{"matches", list}}).toJson(QJsonDocument::Compact);
+}
+
+double median(QList<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? 0 : values[values.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QTemporaryDir cacheHome;
+    qputenv("XDG_CACHE_HOME", cacheHome.path().toUtf8());
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    PopoverStyle::apply();
+    QGuiApplication app(argc, argv);
+
+    const QByteArray upcoming = fixtures(200);
+    QHttpServer server;
+    server.route("/api/matches/upcoming",
+                 [&upcoming] { return QHttpServerResponse("application/json", upcoming); });
+    server.route("/api/matches/today",
+                 [] { return QHttpServerResponse("application/json", R"({"matches": []})"); });
+    const quint16 port = server.listen(QHostAddress::LocalHost);
+    const QString origin = QStringLiteral("http://127.0.0.1:%1").arg(port);
+
+    TodayViewModel::Setup setup;
+    setup.serviceURL = origin;
+    setup.watchSystemSleep = false;
+    TodayViewModel vm(setup);
+    if (!QTest::qWaitFor([&] { return vm.fixtureMatches().size() == 200; }, 10000)) {
+        std::fprintf(stderr, "popover_bench: no fixtures\n");
+        return 1;
+    }
+    const qint64 stateOnly = residentKiB();
+
+    PopoverController popover(vm, origin);
+    popover.setActiveTab(PopoverController::Fixtures);
+    QQuickView view;
+    view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    view.setInitialProperties({{"controller", QVariant::fromValue(&popover)}});
+    view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml")));
+
+    QElapsedTimer clock;
+    bool swapped = false;
+    QObject::connect(&view, &QQuickWindow::frameSwapped, &view, [&] { swapped = true; });
+    QList<double> openings;
+    for (int i = 0; i < 25; ++i) {
+        swapped = false;
+        clock.start();
+        view.show();
+        if (!QTest::qWaitFor([&] { return swapped; }, 2000))
+            break;
+        openings.append(clock.nsecsElapsed() / 1e6);
+        view.hide();
+        QTest::qWait(20);
+    }
+
+    view.show();
+    QTest::qWait(200);
+    QQuickItem *list = nullptr;
+    for (QQuickItem *item : view.rootObject()->findChildren<QQuickItem *>()) {
+        if (item->objectName() == QLatin1StringView("fixturesTab"))
+            list = qvariant_cast<QQuickItem *>(item->property("list"));
+    }
+    QList<double> scrollFrames;
+    if (list) {
+        const qreal end = list->property("contentHeight").toReal() - list->height();
+        for (qreal y = 0; y < end; y += 40) {
+            swapped = false;
+            clock.start();
+            list->setProperty("contentY", y);
+            view.update();
+            if (!QTest::qWaitFor([&] { return swapped; }, 2000))
+                break;
+            scrollFrames.append(clock.nsecsElapsed() / 1e6);
+        }
+    }
+    const qint64 withViews = residentKiB();
+
+    std::printf(
+        "open to first frame, 200 fixtures: median %.2f ms, max %.2f ms over %lld openings\n",
+        median(openings),
+        openings.isEmpty() ? 0 : *std::max_element(openings.begin(), openings.end()),
+        qint64(openings.size()));
+    std::printf(
+        "scroll step to frame: median %.2f ms, max %.2f ms over %lld frames\n",
+        median(scrollFrames),
+        scrollFrames.isEmpty() ? 0 : *std::max_element(scrollFrames.begin(), scrollFrames.end()),
+        qint64(scrollFrames.size()));
+    std::printf("resident memory: state object %lld KiB, with the views %lld KiB (+%lld KiB)\n",
+                stateOnly, withViews, withViews - stateOnly);
+    return 0;
+}
