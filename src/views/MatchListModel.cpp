@@ -32,7 +32,7 @@ void MatchListModel::setMatches(const QList<ZelMatch> &matches)
     endResetModel();
 }
 
-const ZelMatch *MatchListModel::match(qint64 matchID) const
+const ZelMatch *MatchListModel::matchWithID(qint64 matchID) const
 {
     for (const Row &row : m_rows) {
         if (row.match.matchID == matchID)

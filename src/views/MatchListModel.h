@@ -44,7 +44,7 @@ public:
                    QLocale locale = QLocale::system(), QObject *parent = nullptr);
 
     void setMatches(const QList<ZelMatch> &matches);
-    const ZelMatch *match(qint64 matchID) const;
+    const ZelMatch *matchWithID(qint64 matchID) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;

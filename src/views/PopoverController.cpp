@@ -149,9 +149,9 @@ QVariantMap PopoverController::scorecardContent(qint64 matchID, int) const
 
 const ZelMatch *PopoverController::findMatch(qint64 matchID) const
 {
-    if (const ZelMatch *match = m_today.match(matchID))
+    if (const ZelMatch *match = m_today.matchWithID(matchID))
         return match;
-    return m_results.match(matchID);
+    return m_results.matchWithID(matchID);
 }
 
 int PopoverController::initialInnings(qint64 matchID) const
