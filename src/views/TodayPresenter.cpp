@@ -8,17 +8,31 @@
 const QList<TodayPresenter::AppTab> TodayPresenter::allTabs{AppTab::Results, AppTab::Today,
                                                             AppTab::Fixtures};
 
+namespace {
+
+struct TabTexts {
+    const char *label;
+    const char *loading;
+    const char *empty;
+};
+
+// Indexed by AppTab.
+const TabTexts tabTexts[] = {
+    {"Results", "Loading results\u2026", "No results yet"},
+    {"Today", "Loading today's matches\u2026", "No Zel matches today"},
+    {"Fixtures", "Loading fixtures\u2026", "No upcoming fixtures"},
+};
+
+const TabTexts &textsOf(TodayPresenter::AppTab tab)
+{
+    return tabTexts[int(tab)];
+}
+
+} // namespace
+
 QString TodayPresenter::label(AppTab tab)
 {
-    switch (tab) {
-    case AppTab::Results:
-        return QStringLiteral("Results");
-    case AppTab::Today:
-        return QStringLiteral("Today");
-    case AppTab::Fixtures:
-        break;
-    }
-    return QStringLiteral("Fixtures");
+    return QString::fromUtf8(textsOf(tab).label);
 }
 
 std::optional<TodayPresenter::AppTab> TodayPresenter::tabNamed(const QString &name)
@@ -41,28 +55,12 @@ TodayPresenter::Content TodayPresenter::content(bool loading, const QString &err
 
 QString TodayPresenter::loadingText(AppTab tab)
 {
-    switch (tab) {
-    case AppTab::Results:
-        return QStringLiteral("Loading results\u2026");
-    case AppTab::Today:
-        return QStringLiteral("Loading today's matches\u2026");
-    case AppTab::Fixtures:
-        break;
-    }
-    return QStringLiteral("Loading fixtures\u2026");
+    return QString::fromUtf8(textsOf(tab).loading);
 }
 
 QString TodayPresenter::emptyText(AppTab tab)
 {
-    switch (tab) {
-    case AppTab::Results:
-        return QStringLiteral("No results yet");
-    case AppTab::Today:
-        return QStringLiteral("No Zel matches today");
-    case AppTab::Fixtures:
-        break;
-    }
-    return QStringLiteral("No upcoming fixtures");
+    return QString::fromUtf8(textsOf(tab).empty);
 }
 
 QString TodayPresenter::errorText(const QString &error)

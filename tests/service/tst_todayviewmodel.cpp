@@ -1,9 +1,6 @@
-#include "FixtureServer.h"
-#include "ImageCache.h"
-#include "TodayViewModel.h"
+#include "StateRig.h"
 
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace std::chrono_literals;
@@ -43,39 +40,20 @@ QList<qint64> idsOf(const QList<ZelMatch> &list)
 class TodayViewModelTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_logoDir;
-    std::unique_ptr<FixtureServer> m_server;
-    std::unique_ptr<ImageCache> m_logos;
-    QDateTime m_now;
+    std::unique_ptr<StateRig> m_rig;
+    FixtureServer *m_server = nullptr;
 
-    std::unique_ptr<TodayViewModel> makeModel()
-    {
-        TodayViewModel::Setup setup;
-        setup.serviceURL = m_server->baseURL();
-        setup.clock = [this] { return m_now; };
-        setup.logos = m_logos.get();
-        setup.requestTimeout = 2s;
-        setup.watchSystemSleep = false;
-        return std::make_unique<TodayViewModel>(setup);
-    }
-
-    static bool settled(const TodayViewModel &model)
-    {
-        return QTest::qWaitFor([&] {
-            return !model.isLoading() && !model.isLoadingFixtures() &&
-                   model.loadingScorecards().isEmpty();
-        });
-    }
+    std::unique_ptr<TodayViewModel> makeModel() { return m_rig->makeModel(); }
+    static bool settled(const TodayViewModel &model) { return StateRig::settled(model); }
 
 private slots:
     void init()
     {
-        m_now = QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
-        m_server = std::make_unique<FixtureServer>();
+        m_rig = std::make_unique<StateRig>();
+        m_server = &m_rig->server();
         m_server->script("/api/matches/today", {200, liveToday});
         m_server->script("/api/matches/upcoming", {200, fixtures});
         m_server->script("/api/matches/7/scorecard", {200, scorecard});
-        m_logos = std::make_unique<ImageCache>(m_logoDir.filePath("logos"));
     }
 
     void loadsTodayAndFixturesOnCreation()
@@ -84,7 +62,7 @@ private slots:
         QVERIFY(model->isLoading() && model->isLoadingFixtures() && !model->isLoadingResults());
         QVERIFY(settled(*model));
         QCOMPARE(idsOf(model->matches()), (QList<qint64>{7, 8}));
-        QCOMPARE(model->lastUpdated(), m_now);
+        QCOMPARE(model->lastUpdated(), m_rig->now);
         QCOMPARE(model->statusBarTitle(), QStringLiteral("\U0001F3CF  NTH \U0001F534 50/1 (6.2)"));
         QVERIFY(model->error().isEmpty());
         // From tomorrow on, earliest first, equal starts in the service's order.
@@ -111,7 +89,7 @@ private slots:
         const QString title = model->statusBarTitle();
         model->invalidateAutoRefresh();
 
-        m_now = m_now.addSecs(600);
+        m_rig->now = m_rig->now.addSecs(600);
         m_server->script("/api/matches/today", {503, "{}"});
         model->fetchToday();
         QVERIFY(model->error().isEmpty());
@@ -127,7 +105,7 @@ private slots:
         QVERIFY(model->error().isEmpty());
         QVERIFY(settled(*model));
         QVERIFY(model->isAutoRefreshPending());
-        QCOMPARE(model->lastUpdated(), m_now);
+        QCOMPARE(model->lastUpdated(), m_rig->now);
     }
 
     void refreshIntervalFollowsToday()
@@ -192,7 +170,8 @@ private slots:
         model->tick(); // no time has passed on either clock
         QVERIFY(!model->isLoading());
 
-        m_now = m_now.addSecs(3 * 3600); // the wall clock moved on while we were suspended
+        m_rig->now =
+            m_rig->now.addSecs(3 * 3600); // the wall clock moved on while we were suspended
         model->tick();
         QVERIFY(model->isLoading() && model->isLoadingFixtures());
         QVERIFY(settled(*model));
@@ -209,7 +188,7 @@ private slots:
         QVERIFY(settled(*model));
         QCOMPARE(model->statusBarTitle(), QStringLiteral("\U0001F3CF  5h 30m"));
         QSignalSpy titles(model.get(), &TodayViewModel::statusBarTitleChanged);
-        m_now = m_now.addSecs(60);
+        m_rig->now = m_rig->now.addSecs(60);
         model->tick();
         QCOMPARE(titles.count(), 1);
         QCOMPARE(model->statusBarTitle(), QStringLiteral("\U0001F3CF  5h 29m"));

@@ -1,9 +1,6 @@
-#include "FixtureServer.h"
-#include "ImageCache.h"
 #include "PopoverController.h"
-#include "TodayViewModel.h"
+#include "StateRig.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace std::chrono_literals;
@@ -32,38 +29,24 @@ const QByteArray fixtures = R"({"matches": [
 class PopoverControllerTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_logoDir;
-    std::unique_ptr<FixtureServer> m_server;
-    std::unique_ptr<ImageCache> m_logos;
+    std::unique_ptr<StateRig> m_rig;
+    FixtureServer *m_server = nullptr;
     std::unique_ptr<TodayViewModel> m_vm;
     std::unique_ptr<PopoverController> m_popover;
 
-    bool settled()
-    {
-        return QTest::qWaitFor([&] {
-            return !m_vm->isLoading() && !m_vm->isLoadingFixtures() && !m_vm->isLoadingResults() &&
-                   m_vm->loadingScorecards().isEmpty();
-        });
-    }
+    bool settled() { return StateRig::settled(*m_vm); }
 
 private slots:
     void init()
     {
-        m_server = std::make_unique<FixtureServer>();
+        m_rig = std::make_unique<StateRig>();
+        m_server = &m_rig->server();
         m_server->script("/api/matches/today", {200, today});
         m_server->script("/api/matches/upcoming", {200, fixtures});
         m_server->script("/api/matches/results", {200, R"({"matches": [{"matchID": 3}]})"});
         m_server->script("/api/matches/7/scorecard", {200, liveCard});
         m_server->script("/api/matches/8/scorecard", {200, R"({"innings": []})", 100ms});
-        m_logos = std::make_unique<ImageCache>(m_logoDir.filePath("logos"));
-        TodayViewModel::Setup setup;
-        setup.serviceURL = m_server->baseURL();
-        setup.clock = [] {
-            return QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
-        };
-        setup.logos = m_logos.get();
-        setup.watchSystemSleep = false;
-        m_vm = std::make_unique<TodayViewModel>(setup);
+        m_vm = m_rig->makeModel();
         m_popover = std::make_unique<PopoverController>(*m_vm, m_server->baseURL());
         QVERIFY(settled());
     }

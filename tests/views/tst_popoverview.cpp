@@ -1,8 +1,6 @@
-#include "FixtureServer.h"
-#include "ImageCache.h"
 #include "PopoverController.h"
 #include "PopoverStyle.h"
-#include "TodayViewModel.h"
+#include "StateRig.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -38,18 +36,13 @@ class PopoverViewTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_cacheHome;
-    std::unique_ptr<FixtureServer> m_server;
+    std::unique_ptr<StateRig> m_rig;
+    FixtureServer *m_server = nullptr;
     std::unique_ptr<TodayViewModel> m_vm;
     std::unique_ptr<PopoverController> m_popover;
     std::unique_ptr<QQuickView> m_view;
 
-    bool settled()
-    {
-        return QTest::qWaitFor([&] {
-            return !m_vm->isLoading() && !m_vm->isLoadingFixtures() && !m_vm->isLoadingResults() &&
-                   m_vm->loadingScorecards().isEmpty();
-        });
-    }
+    bool settled() { return StateRig::settled(*m_vm); }
 
     QQuickItem *tab(const char *name) { return child(m_view->rootObject(), name); }
 
@@ -85,7 +78,8 @@ private slots:
 
     void init()
     {
-        m_server = std::make_unique<FixtureServer>();
+        m_rig = std::make_unique<StateRig>();
+        m_server = &m_rig->server();
         m_server->script("/api/matches/today", {200, today});
         m_server->script("/api/matches/upcoming", {200, R"({"matches": []})"});
         m_server->script("/api/matches/results", {503, "{}"});
