@@ -18,11 +18,10 @@ ImageCache &ImageCache::shared()
 
 ImageCache::ImageCache(const QString &cacheDir, QObject *parent)
     : QObject(parent)
-    , m_cacheDir(cacheDir)
 {
     // A folder that cannot be made only means logos are fetched again on the next run.
-    QDir().mkpath(m_cacheDir);
-    m_worker = std::make_unique<LogoWorker>(m_cacheDir, this);
+    QDir().mkpath(cacheDir);
+    m_worker = std::make_unique<LogoWorker>(cacheDir, this);
 }
 
 ImageCache::~ImageCache() = default;
@@ -54,10 +53,8 @@ void ImageCache::prefetch(const QList<QUrl> &urls, std::function<void()> complet
     for (const auto &job : needed) {
         const QString &key = job.second;
         m_worker->submit({job.first, key, [this, group, key](std::optional<QImage> image) {
-                              if (image) {
+                              if (image)
                                   m_memory.insert(key, *image);
-                                  emit imageStored(key);
-                              }
                               if (--group->outstanding == 0 && group->completion)
                                   group->completion();
                           }});

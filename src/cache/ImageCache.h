@@ -32,13 +32,8 @@ public:
 
     QImage image(const QString &key) const { return m_memory.value(key); }
     bool contains(const QString &key) const { return m_memory.contains(key); }
-    const QString &cacheDir() const { return m_cacheDir; }
-
-signals:
-    void imageStored(const QString &key);
 
 private:
-    QString m_cacheDir;
     QHash<QString, QImage> m_memory;
     std::unique_ptr<LogoWorker> m_worker;
 };

@@ -46,7 +46,6 @@ void CricketBadge::load()
 void CricketBadge::show(const QImage &image)
 {
     m_image = image;
-    emit imageChanged();
     update();
 }
 

@@ -12,7 +12,6 @@ class CricketBadge : public QQuickPaintedItem {
     QML_ELEMENT
     Q_PROPERTY(QUrl url READ url WRITE setUrl NOTIFY urlChanged)
     Q_PROPERTY(QColor placeholderColor READ placeholderColor WRITE setPlaceholderColor)
-    Q_PROPERTY(bool hasImage READ hasImage NOTIFY imageChanged)
 
 public:
     explicit CricketBadge(QQuickItem *parent = nullptr);
@@ -21,13 +20,11 @@ public:
     void setUrl(const QUrl &url);
     const QColor &placeholderColor() const { return m_placeholderColor; }
     void setPlaceholderColor(const QColor &color) { m_placeholderColor = color; }
-    bool hasImage() const { return !m_image.isNull(); }
 
     void paint(QPainter *painter) override;
 
 signals:
     void urlChanged();
-    void imageChanged();
 
 protected:
     void componentComplete() override;

@@ -12,7 +12,6 @@ public:
     IngestSink(const QString &path, int status);
 
     bool open(QString *error);
-    int status() const { return m_status; }
     // Keeps the batch and returns the status to answer with, or 400 when it is not an array.
     int receive(const QByteArray &body);
 
