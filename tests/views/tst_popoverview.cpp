@@ -62,6 +62,21 @@ class PopoverViewTest : public QObject {
         return found;
     }
 
+    // Whether some visible item under root shows exactly this text.
+    static bool visibleText(QQuickItem *root, const QString &text)
+    {
+        QList<QQuickItem *> pending{root};
+        while (!pending.isEmpty()) {
+            QQuickItem *item = pending.takeFirst();
+            if (!item->isVisible())
+                continue;
+            if (item->property("text").toString() == text)
+                return true;
+            pending.append(item->childItems());
+        }
+        return false;
+    }
+
     void tapMainLine(QQuickItem *row)
     {
         QQuickItem *line = row->findChild<QQuickItem *>("mainLine");
@@ -131,6 +146,32 @@ private slots:
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
         QCOMPARE(m_server->requestCount("/api/matches/9/scorecard"), 0);
+    }
+
+    void loadingThenEmptyStatesShowTheirMessages()
+    {
+        m_server->script("/api/matches/results", {200, R"({"matches": []})", 300ms});
+        m_popover->setActiveTab(PopoverController::Results);
+        QQuickItem *results = tab("resultsTab");
+        QCOMPARE(results->property("shown").toInt(), int(PopoverController::Loading));
+        QVERIFY(visibleText(results, "Loading results\u2026"));
+        QVERIFY(settled());
+        QCOMPARE(results->property("shown").toInt(), int(PopoverController::Empty));
+        QVERIFY(visibleText(results, "No results yet"));
+        QVERIFY(!visibleText(results, "Loading results\u2026"));
+    }
+
+    void spaceOpensTheFocusedRow()
+    {
+        QTRY_COMPARE(rows("todayTab").size(), 3);
+        QQuickItem *finished = rows("todayTab")[1];
+        finished->forceActiveFocus();
+        QTest::keyClick(m_view.get(), Qt::Key_Space);
+        QVERIFY(finished->property("showDetail").toBool());
+        QVERIFY(settled());
+        QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
+        QTest::keyClick(m_view.get(), Qt::Key_Return);
+        QVERIFY(!finished->property("showDetail").toBool());
     }
 
     void errorStateOffersRetry()

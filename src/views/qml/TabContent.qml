@@ -10,20 +10,20 @@ Item {
     property alias model: list.model
     property alias delegate: list.delegate
     property bool sectioned: false
-    readonly property int state: controller.content(tab, controller.revision)
+    readonly property int shown: controller.content(tab, controller.revision)
     readonly property string message: controller.message(tab, controller.revision)
     readonly property alias list: list
 
     CentreMessage {
         anchors.centerIn: parent
-        visible: content.state === PopoverController.Loading || content.state === PopoverController.Empty
-        spinner: content.state === PopoverController.Loading
+        visible: content.shown === PopoverController.Loading || content.shown === PopoverController.Empty
+        spinner: content.shown === PopoverController.Loading
         text: content.message
     }
 
     Column {
         anchors.centerIn: parent
-        visible: content.state === PopoverController.Error
+        visible: content.shown === PopoverController.Error
         spacing: 12
         CentreMessage {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -40,7 +40,7 @@ Item {
     ListView {
         id: list
         anchors.fill: parent
-        visible: content.state === PopoverController.List
+        visible: content.shown === PopoverController.List
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: true
