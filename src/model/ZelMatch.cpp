@@ -243,6 +243,18 @@ bool ZelMatch::homeBattedFirst() const
     return homeTeamID == QString::number(firstBattingTeamID);
 }
 
+QString ZelMatch::battingCodeOf(const QString &teamID) const
+{
+    return teamID == QString::number(firstBattingTeamID) ? firstBattingTeamCode
+                                                         : secondBattingTeamCode;
+}
+
+QString ZelMatch::summaryHead(const QString &summary)
+{
+    const qsizetype bracket = summary.indexOf(QLatin1StringView(" ("));
+    return bracket < 0 ? summary : summary.left(bracket);
+}
+
 QString ZelMatch::homeTeamCode() const
 {
     const QString &code = homeBattedFirst() ? firstBattingTeamCode : secondBattingTeamCode;
@@ -275,8 +287,7 @@ std::optional<QString> ZelMatch::tossWinnerCode() const
         winnerID = &awayTeamID;
     if (!winnerID)
         return std::nullopt;
-    return *winnerID == QString::number(firstBattingTeamID) ? firstBattingTeamCode
-                                                            : secondBattingTeamCode;
+    return battingCodeOf(*winnerID);
 }
 
 QString ZelMatch::formattedTossDetails() const

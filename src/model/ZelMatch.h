@@ -56,6 +56,16 @@ struct ZelMatch {
     static std::optional<QUrl> logoURL(const QString &logo, const QString &serviceBaseURL);
 
     qint64 id() const { return matchID; }
+    // The three status words the app acts on, compared exactly: "Live" or "unknown" is none.
+    bool isLive() const { return matchStatus == QLatin1StringView("live"); }
+    bool isUpcoming() const { return matchStatus == QLatin1StringView("upcoming"); }
+    bool isFinished() const { return matchStatus == QLatin1StringView("finished"); }
+    // Team identifiers are text; the first batting side's is a number, compared as plain decimal.
+    bool homeBattedFirst() const;
+    // The batting-order code of the side with this identifier.
+    QString battingCodeOf(const QString &teamID) const;
+    // The part of a batting summary before " (": "185/6 (20 ov)" gives "185/6".
+    static QString summaryHead(const QString &summary);
     std::optional<QUrl> homeTeamLogoURL() const;
     std::optional<QUrl> awayTeamLogoURL() const;
     QString homeTeamCode() const;
@@ -70,9 +80,6 @@ struct ZelMatch {
     std::optional<QString> tossWinnerCode() const;
 
     friend bool operator==(const ZelMatch &, const ZelMatch &) = default;
-
-private:
-    bool homeBattedFirst() const;
 };
 
 Q_DECLARE_METATYPE(ZelMatch)

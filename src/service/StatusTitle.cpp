@@ -9,11 +9,6 @@ namespace {
 
 const QString prefix = StatusTitle::bat + QStringLiteral("  ");
 
-bool hasStatus(const ZelMatch &match, QLatin1StringView status)
-{
-    return match.matchStatus == status;
-}
-
 // Index of the match that a stable sort by start would put first among those accepted;
 // a missing start counts as the distant future (or, when latestFirst, the distant past).
 template <typename Accept>
@@ -43,7 +38,7 @@ qsizetype firstByStart(const StatusTitle::Schedule &schedule, const QList<qsizet
 QString StatusTitle::compose(Schedule today, Schedule fixtures, const QDateTime &now)
 {
     for (const ZelMatch &match : today.matches) {
-        if (hasStatus(match, QLatin1StringView("live")))
+        if (match.isLive())
             return liveStatusBarText(match);
     }
 
@@ -57,8 +52,7 @@ QString StatusTitle::compose(Schedule today, Schedule fixtures, const QDateTime 
     }
 
     const qsizetype delayed = firstByStart(today, ofToday, false, [](const ZelMatch &m) {
-        return hasStatus(m, QLatin1StringView("upcoming")) &&
-               !trimSpacesAndTabs(m.comments).isEmpty();
+        return m.isUpcoming() && !trimSpacesAndTabs(m.comments).isEmpty();
     });
     if (delayed >= 0) {
         const ZelMatch &m = today.matches[delayed];
@@ -70,15 +64,13 @@ QString StatusTitle::compose(Schedule today, Schedule fixtures, const QDateTime 
                QStringLiteral("Delayed");
     }
 
-    const qsizetype next = firstByStart(today, ofToday, false, [](const ZelMatch &m) {
-        return hasStatus(m, QLatin1StringView("upcoming"));
-    });
+    const qsizetype next =
+        firstByStart(today, ofToday, false, [](const ZelMatch &m) { return m.isUpcoming(); });
     if (next >= 0)
         return prefix + countdown(*today.starts[next], now);
 
-    const qsizetype finished = firstByStart(today, ofToday, true, [](const ZelMatch &m) {
-        return hasStatus(m, QLatin1StringView("finished"));
-    });
+    const qsizetype finished =
+        firstByStart(today, ofToday, true, [](const ZelMatch &m) { return m.isFinished(); });
     if (finished >= 0) {
         const QString comment = trimSpacesAndTabs(today.matches[finished].comments);
         if (!comment.isEmpty())
@@ -87,9 +79,8 @@ QString StatusTitle::compose(Schedule today, Schedule fixtures, const QDateTime 
 
     QList<qsizetype> allFixtures(fixtures.matches.size());
     std::iota(allFixtures.begin(), allFixtures.end(), 0);
-    const qsizetype fixture = firstByStart(fixtures, allFixtures, false, [](const ZelMatch &m) {
-        return hasStatus(m, QLatin1StringView("upcoming"));
-    });
+    const qsizetype fixture = firstByStart(fixtures, allFixtures, false,
+                                           [](const ZelMatch &m) { return m.isUpcoming(); });
     if (fixture >= 0 && fixtures.starts[fixture])
         return prefix + countdown(*fixtures.starts[fixture], now);
 
@@ -100,12 +91,9 @@ QString StatusTitle::liveStatusBarText(const ZelMatch &match)
 {
     if (match.currentInnings == QStringLiteral("2") && !match.firstBattingSummary.isEmpty() &&
         !match.secondBattingSummary.isEmpty()) {
-        const qsizetype bracket = match.firstBattingSummary.indexOf(QLatin1StringView(" ("));
         return prefix + match.firstBattingTeamCode + u' ' +
-               match.firstBattingSummary.left(bracket < 0 ? match.firstBattingSummary.size()
-                                                          : bracket) +
-               QStringLiteral(" \u00B7 ") + match.secondBattingTeamCode + u' ' +
-               shortScoreWithOvers(match.secondBattingSummary);
+               ZelMatch::summaryHead(match.firstBattingSummary) + QStringLiteral(" \u00B7 ") +
+               match.secondBattingTeamCode + u' ' + shortScoreWithOvers(match.secondBattingSummary);
     }
 
     const QString score =

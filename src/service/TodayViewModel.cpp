@@ -179,8 +179,7 @@ void TodayViewModel::fetchScorecard(qint64 matchID)
 void TodayViewModel::refreshLiveScorecards(const QList<ZelMatch> &list)
 {
     for (const ZelMatch &match : list) {
-        if (match.matchStatus != QLatin1StringView("live") ||
-            m_loadingScorecards.contains(match.matchID))
+        if (!match.isLive() || m_loadingScorecards.contains(match.matchID))
             continue;
         if (m_scorecards.remove(match.matchID))
             emit scorecardsChanged();

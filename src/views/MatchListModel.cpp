@@ -67,7 +67,7 @@ QVariant MatchListModel::data(const QModelIndex &index, int role) const
     case CentreSubTextRole:
         return MatchRowPresenter::centreSubText(m).value_or(QString());
     case IsLiveRole:
-        return m.matchStatus == QLatin1StringView("live");
+        return m.isLive();
     case OpensOnTapRole:
         return m_kind == Kind::Results || MatchRowPresenter::opensOnTap(m);
     case HomeCodeRole:

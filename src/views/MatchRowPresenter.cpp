@@ -5,9 +5,10 @@
 
 namespace {
 
-bool is(const ZelMatch &match, const char *status)
+// A status only the rows know about.
+bool isAbandoned(const ZelMatch &match)
 {
-    return match.matchStatus == QLatin1StringView(status);
+    return match.matchStatus == QLatin1StringView("abandoned");
 }
 
 bool hasNotice(const ZelMatch &match)
@@ -25,12 +26,6 @@ QString joined(const QString &first, const QString &second)
 
 } // namespace
 
-QString MatchRowPresenter::summaryHead(const QString &summary)
-{
-    const qsizetype bracket = summary.indexOf(QLatin1StringView(" ("));
-    return bracket < 0 ? summary : summary.left(bracket);
-}
-
 QString MatchRowPresenter::displayTime(const ZelMatch &match, const QTimeZone &zone,
                                        const QLocale &locale)
 {
@@ -42,13 +37,13 @@ QString MatchRowPresenter::displayTime(const ZelMatch &match, const QTimeZone &z
 
 QString MatchRowPresenter::statusIcon(const ZelMatch &match)
 {
-    if (is(match, "finished"))
+    if (match.isFinished())
         return QStringLiteral("\u2705");
-    if (is(match, "live"))
+    if (match.isLive())
         return QStringLiteral("\U0001F534");
-    if (is(match, "abandoned"))
+    if (isAbandoned(match))
         return QStringLiteral("\u26C8\uFE0F");
-    if (is(match, "upcoming") && hasNotice(match))
+    if (match.isUpcoming() && hasNotice(match))
         return QStringLiteral("\U0001F327\uFE0F");
     return QStringLiteral("\U0001F550");
 }
@@ -64,12 +59,8 @@ std::optional<QString> MatchRowPresenter::shortTossText(const ZelMatch &match)
     const auto decision = match.tossDecision();
     if (!decision)
         return std::nullopt;
-    const QString first = QString::number(match.firstBattingTeamID);
-    const auto codeOf = [&](const QString &teamID) {
-        return teamID == first ? match.firstBattingTeamCode : match.secondBattingTeamCode;
-    };
-    const QString homeCode = codeOf(match.homeTeamID);
-    const QString awayCode = codeOf(match.awayTeamID);
+    const QString homeCode = match.battingCodeOf(match.homeTeamID);
+    const QString awayCode = match.battingCodeOf(match.awayTeamID);
     const QString elected = QStringLiteral(" won, elected to ") + *decision;
     if (match.tossDetails.contains(match.homeTeamName) && !homeCode.isEmpty())
         return homeCode + elected;
@@ -81,28 +72,28 @@ std::optional<QString> MatchRowPresenter::shortTossText(const ZelMatch &match)
 QString MatchRowPresenter::centreText(const ZelMatch &match, const QTimeZone &zone,
                                       const QLocale &locale)
 {
-    const QString first = summaryHead(match.firstBattingSummary);
-    const QString second = summaryHead(match.secondBattingSummary);
-    if (is(match, "abandoned"))
+    const QString first = ZelMatch::summaryHead(match.firstBattingSummary);
+    const QString second = ZelMatch::summaryHead(match.secondBattingSummary);
+    if (isAbandoned(match))
         return QStringLiteral("Abandoned");
-    if (is(match, "finished")) {
+    if (match.isFinished()) {
         if (!first.isEmpty() && !second.isEmpty())
             return joined(first, second);
         return hasNotice(match) ? QStringLiteral("\u2713") : QStringLiteral("Final");
     }
-    if (is(match, "live")) {
+    if (match.isLive()) {
         if (first.isEmpty() && second.isEmpty())
             return isTossPhase(match) ? QStringLiteral("Toss") : QStringLiteral("Live");
         return joined(first, second);
     }
-    if (is(match, "upcoming") && hasNotice(match))
+    if (match.isUpcoming() && hasNotice(match))
         return QStringLiteral("Delayed");
     return displayTime(match, zone, locale);
 }
 
 std::optional<QString> MatchRowPresenter::centreSubText(const ZelMatch &match)
 {
-    if (is(match, "upcoming")) {
+    if (match.isUpcoming()) {
         const QString notice = trimSpacesAndTabs(match.comments);
         if (!notice.isEmpty())
             return notice;
@@ -110,7 +101,7 @@ std::optional<QString> MatchRowPresenter::centreSubText(const ZelMatch &match)
             return match.city.isEmpty() ? std::nullopt : std::optional(match.city);
         return venueText(match);
     }
-    if (is(match, "live")) {
+    if (match.isLive()) {
         if (isTossPhase(match))
             return shortTossText(match);
         if (match.currentInnings == QStringLiteral("1"))
@@ -123,11 +114,11 @@ std::optional<QString> MatchRowPresenter::centreSubText(const ZelMatch &match)
 
 QString MatchRowPresenter::scoresText(const ZelMatch &match)
 {
-    const bool homeFirst = match.homeTeamID == QString::number(match.firstBattingTeamID);
+    const bool homeFirst = match.homeBattedFirst();
     const QString home =
-        summaryHead(homeFirst ? match.firstBattingSummary : match.secondBattingSummary);
+        ZelMatch::summaryHead(homeFirst ? match.firstBattingSummary : match.secondBattingSummary);
     const QString away =
-        summaryHead(homeFirst ? match.secondBattingSummary : match.firstBattingSummary);
+        ZelMatch::summaryHead(homeFirst ? match.secondBattingSummary : match.firstBattingSummary);
     return joined(home, away);
 }
 
@@ -139,5 +130,5 @@ QString MatchRowPresenter::venueText(const ZelMatch &match)
 
 bool MatchRowPresenter::opensOnTap(const ZelMatch &match)
 {
-    return is(match, "finished");
+    return match.isFinished();
 }

@@ -9,8 +9,6 @@
 // Every text the today, result and fixture rows show, decided here so that QML only binds.
 class MatchRowPresenter {
 public:
-    // The part of a batting summary before " (": "185/6 (20 ov)" gives "185/6".
-    static QString summaryHead(const QString &summary);
     // "7:30 PM" in the given zone, or "TBD" without a readable start.
     static QString displayTime(const ZelMatch &match, const QTimeZone &zone, const QLocale &locale);
 

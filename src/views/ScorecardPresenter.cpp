@@ -1,27 +1,12 @@
 #include "ScorecardPresenter.h"
 
-#include "MatchRowPresenter.h"
 #include "SpacesAndTabs.h"
 
 #include <QRegularExpression>
 
-namespace {
-
-bool isLive(const ZelMatch &match)
-{
-    return match.matchStatus == QLatin1StringView("live");
-}
-
-bool homeBattedFirst(const ZelMatch &match)
-{
-    return match.homeTeamID == QString::number(match.firstBattingTeamID);
-}
-
-} // namespace
-
 int ScorecardPresenter::initialInnings(const ZelMatch &match)
 {
-    if (!isLive(match))
+    if (!match.isLive())
         return 0;
     bool isNumber = false;
     const int innings = match.currentInnings.value_or(QStringLiteral("1")).toInt(&isNumber);
@@ -44,7 +29,7 @@ QString ScorecardPresenter::tab2Label(const ZelMatch &match)
 
 bool ScorecardPresenter::isTossPhase(const ZelMatch &match)
 {
-    return isLive(match) && match.firstBattingSummary.isEmpty() &&
+    return match.isLive() && match.firstBattingSummary.isEmpty() &&
            match.secondBattingSummary.isEmpty();
 }
 
@@ -52,7 +37,7 @@ std::optional<ScorecardPresenter::Side> ScorecardPresenter::yetToBat(const ZelMa
                                                                      const ZelScorecard &scorecard,
                                                                      int selectedInnings)
 {
-    const Side first = homeBattedFirst(match) ? Side::Home : Side::Away;
+    const Side first = match.homeBattedFirst() ? Side::Home : Side::Away;
     const Side second = first == Side::Home ? Side::Away : Side::Home;
     if (isTossPhase(match))
         return selectedInnings == 0 ? first : second;
@@ -68,8 +53,7 @@ ScorecardPresenter::TotalLine ScorecardPresenter::totalLine(const ZelMatch &matc
     // The last parenthesised piece; a summary without any gives itself, shown twice.
     const QString lastPiece = summary.split(u'(').last();
     const QString overs = lastPiece.left(lastPiece.indexOf(u')'));
-    return {MatchRowPresenter::summaryHead(summary),
-            overs.isEmpty() ? std::nullopt : std::optional(overs)};
+    return {ZelMatch::summaryHead(summary), overs.isEmpty() ? std::nullopt : std::optional(overs)};
 }
 
 ScorecardPresenter::BatsmanState ScorecardPresenter::batsmanState(const ZelMatch &match,
@@ -77,7 +61,7 @@ ScorecardPresenter::BatsmanState ScorecardPresenter::batsmanState(const ZelMatch
                                                                   qint64 inningsNo)
 {
     const bool inningsInProgress =
-        isLive(match) && match.currentInnings == QString::number(inningsNo);
+        match.isLive() && match.currentInnings == QString::number(inningsNo);
     if (inningsInProgress) {
         static const QRegularExpression marks(QStringLiteral("\\s*\\([^)]+\\)"));
         const QString key = trimSpacesAndTabs(QString(entry.name).remove(marks));
@@ -96,7 +80,7 @@ ScorecardPresenter::BatsmanState ScorecardPresenter::batsmanState(const ZelMatch
 
 bool ScorecardPresenter::isCurrentBowler(const ZelMatch &match, const ZelBowlingEntry &entry)
 {
-    return isLive(match) &&
+    return match.isLive() &&
            trimSpacesAndTabs(entry.name) == trimSpacesAndTabs(match.currentBowlerName);
 }
 
