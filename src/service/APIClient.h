@@ -56,9 +56,11 @@ public:
 
     QString scorecardURL(qint64 matchID) const;
 
+    // The body of any 2xx answer, with the same timeout and error texts.
+    void get(const QString &url, Completion<QByteArray> completion);
+
 private:
     void fetchMatches(const QString &path, MatchesCompletion completion);
-    void get(const QString &url, Completion<QByteArray> completion);
 
     QString m_baseURL;
     std::chrono::milliseconds m_timeout;

@@ -50,11 +50,36 @@ bool LeagueServer::start(quint16 port, QString *error)
         const QString location = m_league.logoLocation(team);
         const QString path = QUrl(location).path();
         const bool svg = path.endsWith(QLatin1StringView(".svg"));
-        m_logos.insert(path, HttpReply{200,
+        m_files.insert(path, HttpReply{200,
                                        svg ? LogoArt::svg(team) : LogoArt::png(team),
                                        svg ? "image/svg+xml" : "image/png",
                                        {}});
     }
+    const QString feed = QStringLiteral(
+                             R"xml(<?xml version="1.0" encoding="utf-8"?>
+<rss version="2.0" xmlns:sparkle="http://www.andymatuschak.org/xml-namespaces/sparkle">
+  <channel>
+    <title>Zel Menu Bar</title>
+    <item>
+      <title>Version %1</title>
+      <link>%2/zel/</link>
+      <sparkle:version>%1</sparkle:version>
+      <sparkle:shortVersionString>%1</sparkle:shortVersionString>
+      <enclosure url="%2/zel/zel-menubar-%1.deb" type="application/vnd.debian.binary-package"/>
+    </item>
+  </channel>
+</rss>
+)xml")
+                             .arg(m_announcedVersion.toHtmlEscaped(), origin());
+    m_files.insert(QStringLiteral("/zel/appcast.xml"),
+                   HttpReply{200, feed.toUtf8(), "application/rss+xml", {}});
+    m_files.insert(QStringLiteral("/zel/"),
+                   HttpReply{200,
+                             "<!doctype html><title>Zel Menu Bar</title><h1>Zel Menu Bar</h1>"
+                             "<p id=feedback>Feedback and bug reports: thank you!</p>"
+                             "<p id=donate>Support the app: thank you!</p>",
+                             "text/html; charset=utf-8",
+                             {}});
     return true;
 }
 
@@ -81,7 +106,7 @@ HttpReply LeagueServer::scoreServiceReply(const QString &path, Kind *kind) const
         return card ? HttpReply::json(compact(*card)) : notFound();
     }
     *kind = Kind::Other;
-    return m_logos.value(path, notFound());
+    return m_files.value(path, notFound());
 }
 
 bool LeagueServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)

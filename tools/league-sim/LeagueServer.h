@@ -9,8 +9,8 @@
 #include <QAbstractHttpServer>
 #include <QHash>
 
-// Serves a league exactly as the score service would, plus team logos and an analytics ingest
-// sink, all on 127.0.0.1.
+// Serves a league exactly as the score service would, plus team logos, an analytics ingest
+// sink and a stand-in for the product's web site (its pages and update feed), all on 127.0.0.1.
 class LeagueServer : public QAbstractHttpServer {
     Q_OBJECT
 
@@ -23,6 +23,8 @@ public:
     // Listens on 127.0.0.1 (port 0: any free port); false with a reason when that fails.
     bool start(quint16 port, QString *error);
     QString origin() const;
+    // The version the update feed at /zel/appcast.xml announces; set before start().
+    void setAnnouncedVersion(const QString &version) { m_announcedVersion = version; }
 
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
@@ -37,6 +39,7 @@ private:
     Clock m_clock;
     FaultInjector m_faults;
     IngestSink &m_ingest;
-    QHash<QString, HttpReply> m_logos; // by path
+    QHash<QString, HttpReply> m_files; // logos and the web site's pages, by path
+    QString m_announcedVersion = QStringLiteral("0.2.0");
     quint16 m_port = 0;
 };

@@ -8,6 +8,7 @@
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QRegularExpression>
+#include <QVersionNumber>
 
 namespace {
 
@@ -108,6 +109,8 @@ int main(int argc, char *argv[])
         {"latency", "Delay every score service answer by this many milliseconds.", "ms", "0"},
         {"ingest-log", "Append each analytics batch received to this JSON-lines file.", "file"},
         {"ingest-status", "HTTP status the ingest answers with. Default 200.", "code", "200"},
+        {"announce-version", "Version the update feed /zel/appcast.xml offers. Default 0.2.0.",
+         "version", "0.2.0"},
     });
     if (!parser.parse(QCoreApplication::arguments()))
         fail(parser.errorText() + QStringLiteral("; see --help"));
@@ -145,6 +148,9 @@ int main(int argc, char *argv[])
     const SimClock clock(start, speed);
     LeagueServer server(
         league, [&clock] { return clock.now(); }, FaultInjector(rates, seed), ingest);
+    if (QVersionNumber::fromString(parser.value("announce-version")).isNull())
+        fail(QStringLiteral("--announce-version takes a version such as 1.2.0"));
+    server.setAnnouncedVersion(parser.value("announce-version"));
     if (!server.start(quint16(integer(parser, "port", 0, 65535)), &error))
         fail(error);
 

@@ -1,0 +1,64 @@
+#include "AppDelegate.h"
+
+#include "PopoverStyle.h"
+#include "SignalQuitter.h"
+#include "SingleInstance.h"
+#include "StatusIconArt.h"
+
+#include <QApplication>
+#include <QTimer>
+
+using namespace Qt::Literals::StringLiterals;
+
+AppDelegate::AppDelegate(Setup setup, QObject *parent)
+    : QObject(parent)
+    , m_setup(std::move(setup))
+    , m_updater(m_setup.appcastURL, m_setup.version)
+{
+    m_updater.startSchedule();
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    // There is no dock to keep out of: the app opens no window of its own and its popover is a
+    // tool window, which panels leave out of the task list.
+    //
+    // The analytics client is configured and "app.launched" sent here, before the controller,
+    // once that client exists.
+    m_controller = std::make_unique<MenuBarController>(
+        MenuBarController::Setup{m_setup.serviceURL, m_setup.websiteURL, m_setup.version},
+        m_updater);
+}
+
+int AppDelegate::run(int argc, char *argv[], const Setup &setup)
+{
+    // Wayland lets no client place its own popup; XWayland does, so prefer it when present.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
+        !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && !qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    PopoverStyle::apply();
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(u"zel-menubar"_s);
+    QApplication::setApplicationDisplayName(u"Zel Menu Bar"_s);
+    QApplication::setApplicationVersion(setup.version);
+    QApplication::setDesktopFileName(u"zel-menubar"_s);
+    // Closing the update dialog must not end a program that has no main window.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(QIcon(u":/zel-menubar.svg"_s));
+
+    SingleInstance instance(SingleInstance::defaultSocketPath());
+    if (!instance.claim())
+        return 0;
+    SignalQuitter quitter;
+
+    AppDelegate delegate(setup);
+    QObject::connect(&instance, &SingleInstance::showRequested, &delegate, [&delegate] {
+        if (MenuBarController *controller = delegate.controller())
+            controller->showPopover();
+    });
+    QTimer::singleShot(0, &delegate, &AppDelegate::applicationDidFinishLaunching);
+    return app.exec();
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "MenuBarController.h"
+#include "UpdateChecker.h"
+
+#include <memory>
+
+// The application's delegate: starts the update checks at once and builds the menu-bar
+// controller when the event loop is running.
+class AppDelegate : public QObject {
+    Q_OBJECT
+
+public:
+    struct Setup {
+        QString serviceURL;
+        QString websiteURL;
+        QString appcastURL;
+        QString version;
+    };
+
+    explicit AppDelegate(Setup setup, QObject *parent = nullptr);
+    ~AppDelegate() override;
+
+    void applicationDidFinishLaunching();
+    MenuBarController *controller() const { return m_controller.get(); }
+
+    // The process entry: one instance per session, then the event loop until quit.
+    static int run(int argc, char *argv[], const Setup &setup);
+
+private:
+    Setup m_setup;
+    UpdateChecker m_updater;
+    std::unique_ptr<MenuBarController> m_controller;
+};

@@ -1,0 +1,161 @@
+#include "MenuBarController.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QLoggingCategory>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+Q_LOGGING_CATEGORY(lcTiming, "zel.timing", QtWarningMsg)
+
+TodayViewModel::Setup stateSetup(const QString &serviceURL)
+{
+    TodayViewModel::Setup setup;
+    setup.serviceURL = serviceURL;
+    return setup;
+}
+} // namespace
+
+MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObject *parent)
+    : QObject(parent)
+    , m_setup(std::move(setup))
+    , m_updater(updater)
+    , m_vm(stateSetup(m_setup.serviceURL))
+    , m_popoverController(m_vm, m_setup.serviceURL)
+    , m_popover(m_popoverController)
+    , m_statusItem([this] { return exportedMenuEntries(); })
+{
+    connect(&m_statusItem, &StatusItem::leftClicked, this, &MenuBarController::togglePopover);
+    connect(&m_statusItem, &StatusItem::rightClicked, this, &MenuBarController::showContextMenu);
+    connect(&m_vm, &TodayViewModel::statusBarTitleChanged, &m_statusItem, &StatusItem::setTitle);
+    m_statusItem.setTitle(m_vm.statusBarTitle());
+    connect(&m_updater, &UpdateChecker::checked, this, &MenuBarController::showUpdateResult);
+    connect(&m_popover, &PopoverWindow::shownAfter, this, [](qint64 nanoseconds) {
+        qCDebug(lcTiming, "popover first frame %.2f ms after the click", nanoseconds / 1e6);
+    });
+}
+
+void MenuBarController::togglePopover(const QRect &anchor)
+{
+    m_popover.toggle(anchor);
+}
+
+void MenuBarController::showPopover()
+{
+    if (!m_popover.isVisible())
+        m_popover.showBelow({});
+    m_popover.requestActivate();
+}
+
+void MenuBarController::showContextMenu(const QPoint &at)
+{
+    QMenu *menu = MenuEntry::createMenu(contextMenuEntries());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(at);
+}
+
+QString MenuBarController::versionLabel(const QString &version)
+{
+    return u"Zel Menu Bar v"_s + (version.isEmpty() ? u"?"_s : version);
+}
+
+QList<MenuEntry> MenuBarController::contextMenuEntries()
+{
+    return {
+        {versionLabel(m_setup.version), false, {}, {}},
+        MenuEntry::separator(),
+        {u"Check for Updates…"_s, true, {}, [this] { checkForUpdates(); }},
+        MenuEntry::separator(),
+        {u"Feedback / Report a Bug"_s, true, {}, [this] { openFeedback(); }},
+        {u"\u2665 Support Me"_s, true, {}, [this] { openDonate(); }},
+        MenuEntry::separator(),
+        {u"Quit Zel Menu Bar"_s, true, QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { quitApp(); }},
+    };
+}
+
+QList<MenuEntry> MenuBarController::exportedMenuEntries()
+{
+    QList<MenuEntry> entries{{u"Show Scores"_s, true, {}, [this] { showPopover(); }}};
+    entries.append(contextMenuEntries());
+    return entries;
+}
+
+QUrl MenuBarController::pageURL(const QString &origin, const QString &path)
+{
+    const QUrl url(origin + path, QUrl::StrictMode);
+    return url.isValid() && !url.host().isEmpty() ? url : QUrl();
+}
+
+void MenuBarController::openFeedback()
+{
+    if (const QUrl url = pageURL(m_setup.websiteURL, u"/zel/?feedback=1"_s); !url.isEmpty())
+        QDesktopServices::openUrl(url);
+}
+
+void MenuBarController::openDonate()
+{
+    if (const QUrl url = pageURL(m_setup.websiteURL, u"/zel/#donate"_s); !url.isEmpty())
+        QDesktopServices::openUrl(url);
+}
+
+void MenuBarController::quitApp()
+{
+    QCoreApplication::quit();
+}
+
+void MenuBarController::checkForUpdates()
+{
+    if (!m_updateDialog) {
+        m_updateDialog = new QMessageBox(QMessageBox::Information, u"Software Update"_s, {},
+                                         QMessageBox::NoButton);
+        m_updateDialog->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_updateDialog->setIconPixmap(QApplication::windowIcon().pixmap(64));
+    m_updateDialog->setText(u"Checking for updates…"_s);
+    m_updateDialog->setInformativeText({});
+    m_updateDialog->setStandardButtons(QMessageBox::Cancel);
+    m_updateDialog->show();
+    m_updateDialog->raise();
+    m_updateDialog->activateWindow();
+    m_updater.check();
+}
+
+void MenuBarController::showUpdateResult(const UpdateCheck &result)
+{
+    // Scheduled checks only log; the dialog reports the check the user asked for.
+    if (!m_updateDialog)
+        return;
+    QMessageBox &dialog = *m_updateDialog;
+    dialog.setStandardButtons(QMessageBox::NoButton);
+    switch (result.outcome) {
+    case UpdateCheck::UpToDate:
+        dialog.setText(u"You’re up to date!"_s);
+        dialog.setInformativeText(
+            u"Zel Menu Bar %1 is currently the newest version available."_s.arg(m_setup.version));
+        dialog.setStandardButtons(QMessageBox::Ok);
+        break;
+    case UpdateCheck::NewerVersion: {
+        dialog.setText(u"A new version of Zel Menu Bar is available!"_s);
+        dialog.setInformativeText(u"Zel Menu Bar %1 is now available — you have %2."_s.arg(
+            result.version, m_setup.version));
+        if (!result.page.isEmpty()) {
+            QPushButton *open = dialog.addButton(u"Open Download Page"_s, QMessageBox::AcceptRole);
+            const QUrl page = result.page;
+            connect(open, &QPushButton::clicked, this, [page] { QDesktopServices::openUrl(page); });
+        }
+        dialog.addButton(u"Later"_s, QMessageBox::RejectRole);
+        break;
+    }
+    case UpdateCheck::Failed:
+        dialog.setIcon(QMessageBox::Warning);
+        dialog.setText(u"Update Error!"_s);
+        dialog.setInformativeText(
+            u"An error occurred in retrieving update information: %1"_s.arg(result.error));
+        dialog.setStandardButtons(QMessageBox::Ok);
+        break;
+    }
+}

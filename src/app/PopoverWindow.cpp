@@ -1,0 +1,92 @@
+#include "PopoverWindow.h"
+
+#include "PopoverController.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QScreen>
+#include <QtQml/qqmlextensionplugin.h>
+
+Q_IMPORT_QML_PLUGIN(ZelMenuBarPlugin)
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+// The click that takes the focus away from the popover may be the click on the status item
+// itself; it must close the popover, not close and reopen it.
+constexpr qint64 sameClickMs = 300;
+constexpr int gap = 4;
+} // namespace
+
+PopoverWindow::PopoverWindow(PopoverController &controller)
+{
+    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setTitle(u"Scores"_s);
+    setMinimumSize(size);
+    setMaximumSize(size);
+    resize(size);
+    setResizeMode(SizeRootObjectToView);
+    engine()->addImportPath(u"qrc:/qt/qml"_s);
+    setInitialProperties({{u"controller"_s, QVariant::fromValue(&controller)}});
+    setSource(QUrl(u"qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml"_s));
+    if (QQuickItem *root = rootObject())
+        connect(root, SIGNAL(closeRequested()), this, SLOT(hide()));
+    connect(this, &QWindow::activeChanged, this, [this] {
+        if (!isActive() && isVisible())
+            closedByFocusLoss();
+    });
+    connect(this, &QQuickWindow::frameSwapped, this, [this] {
+        if (m_sinceShowRequest.isValid()) {
+            emit shownAfter(m_sinceShowRequest.nsecsElapsed());
+            m_sinceShowRequest.invalidate();
+        }
+    });
+}
+
+void PopoverWindow::toggle(const QRect &anchor)
+{
+    if (isVisible()) {
+        hide();
+        return;
+    }
+    if (m_sinceFocusLoss.isValid() && m_sinceFocusLoss.elapsed() < sameClickMs)
+        return;
+    showBelow(anchor);
+}
+
+void PopoverWindow::showBelow(const QRect &anchor)
+{
+    const QRect place = anchor.isNull() ? QRect(QCursor::pos(), QSize(1, 1)) : anchor;
+    QScreen *screen = QGuiApplication::screenAt(place.center());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (screen) {
+        setScreen(screen);
+        setPosition(placement(place, size, screen->availableGeometry()));
+    }
+    m_sinceShowRequest.start();
+    show();
+    raise();
+    requestActivate();
+}
+
+void PopoverWindow::closedByFocusLoss()
+{
+    m_sinceFocusLoss.start();
+    hide();
+}
+
+QPoint PopoverWindow::placement(const QRect &anchor, QSize windowSize, const QRect &available)
+{
+    int x = anchor.center().x() - windowSize.width() / 2;
+    int y = anchor.bottom() + 1 + gap;
+    if (y + windowSize.height() > available.bottom() + 1 &&
+        anchor.top() - gap - windowSize.height() >= available.top())
+        y = anchor.top() - gap - windowSize.height();
+    // The left and top edges win on a screen smaller than the window.
+    x = qMax(available.left(), qMin(x, available.right() + 1 - windowSize.width()));
+    y = qMax(available.top(), qMin(y, available.bottom() + 1 - windowSize.height()));
+    return {x, y};
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QQuickView>
+
+class PopoverController;
+
+// The popover: a frameless 380 x 500 window that hangs below the status item, stays on screen,
+// and goes away on a second click, on Escape, or when another window takes the focus. It is
+// made once and reused, so the selected tab survives closing.
+class PopoverWindow : public QQuickView {
+    Q_OBJECT
+
+public:
+    static constexpr QSize size{380, 500};
+
+    explicit PopoverWindow(PopoverController &controller);
+
+    // A null anchor places the popover under the mouse pointer.
+    void toggle(const QRect &anchor);
+    void showBelow(const QRect &anchor);
+
+    // Where the window's top-left goes: centred under the anchor, above it when there is no
+    // room below (a panel at the bottom of the screen), and always inside the available area.
+    static QPoint placement(const QRect &anchor, QSize windowSize, const QRect &available);
+
+signals:
+    // Logged by the shell: the time from a click to the frame that shows the popover.
+    void shownAfter(qint64 nanoseconds);
+
+private:
+    void closedByFocusLoss();
+
+    QElapsedTimer m_sinceFocusLoss;
+    QElapsedTimer m_sinceShowRequest;
+};

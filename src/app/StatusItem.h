@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+
+// The item in the panel that shows the title and reports clicks. A null anchor means the
+// backend does not know where the user clicked.
+class StatusItem : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+    virtual void setTitle(const QString &title) = 0;
+
+signals:
+    void leftClicked(const QRect &anchor);
+    void rightClicked(const QPoint &at);
+};

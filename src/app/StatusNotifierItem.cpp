@@ -1,0 +1,129 @@
+#include "StatusNotifierItem.h"
+
+#include "StatusTitle.h"
+
+#include <QCoreApplication>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QImage>
+#include <QLoggingCategory>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcTray, "zel.tray")
+
+const QString itemPath = u"/StatusNotifierItem"_s;
+const QString menuPath = u"/MenuBar"_s;
+
+} // namespace
+
+StatusNotifierItem::StatusNotifierItem(const QImage &icon,
+                                       DBusMenuExporter::EntrySource menuEntries, QObject *parent)
+    : StatusItem(parent)
+    , m_bus(QDBusConnection::sessionBus())
+    , m_serviceName(u"org.kde.StatusNotifierItem-%1-1"_s.arg(QCoreApplication::applicationPid()))
+    , m_menu(std::move(menuEntries))
+    , m_icon(imagesOf(icon))
+    , m_title(StatusTitle::bat)
+{
+    registerDBusWireTypes();
+    m_bus.registerObject(itemPath, this,
+                         QDBusConnection::ExportScriptableContents |
+                             QDBusConnection::ExportAllProperties);
+    m_bus.registerObject(menuPath, &m_menu,
+                         QDBusConnection::ExportScriptableContents |
+                             QDBusConnection::ExportAllProperties);
+    if (!m_bus.registerService(m_serviceName))
+        qCWarning(lcTray) << "could not take the bus name" << m_serviceName;
+
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
+        u"org.kde.StatusNotifierWatcher"_s, u"RegisterStatusNotifierItem"_s);
+    call << m_serviceName;
+    auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [](QDBusPendingCallWatcher *w) {
+        if (w->isError())
+            qCWarning(lcTray) << "the StatusNotifierWatcher refused the item:"
+                              << w->error().message();
+        w->deleteLater();
+    });
+}
+
+StatusNotifierItem::~StatusNotifierItem()
+{
+    m_bus.unregisterService(m_serviceName);
+    m_bus.unregisterObject(menuPath);
+    m_bus.unregisterObject(itemPath);
+}
+
+QString StatusNotifierItem::labelOf(const QString &title)
+{
+    QString label = title;
+    if (label.startsWith(StatusTitle::bat))
+        label.remove(0, StatusTitle::bat.size());
+    return label.trimmed();
+}
+
+void StatusNotifierItem::setTitle(const QString &title)
+{
+    if (title == m_title)
+        return;
+    m_title = title;
+    emit XAyatanaNewLabel(label(), labelGuide());
+    emit NewToolTip();
+}
+
+DBusToolTip StatusNotifierItem::toolTip() const
+{
+    return {iconName(), {}, m_title, {}};
+}
+
+QString StatusNotifierItem::labelGuide() const
+{
+    return u"MMM \U0001F534 888/8 (88.8) \u00B7 888/8"_s;
+}
+
+void StatusNotifierItem::Activate(int x, int y)
+{
+    // Hosts that do not know the click point send 0, 0.
+    emit leftClicked(x == 0 && y == 0 ? QRect() : QRect(x, y, 1, 1));
+}
+
+void StatusNotifierItem::SecondaryActivate(int x, int y)
+{
+    Activate(x, y);
+}
+
+void StatusNotifierItem::ContextMenu(int x, int y)
+{
+    emit rightClicked(QPoint(x, y));
+}
+
+void StatusNotifierItem::Scroll(int, const QString &) {}
+
+void StatusNotifierItem::ProvideXdgActivationToken(const QString &) {}
+
+DBusImageList StatusNotifierItem::imagesOf(const QImage &icon)
+{
+    DBusImageList images;
+    for (int side : {16, 22, 32, 48}) {
+        const QImage scaled = icon.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+                                  .convertToFormat(QImage::Format_ARGB32);
+        DBusImage image{scaled.width(), scaled.height(), {}};
+        image.pixels.reserve(scaled.width() * scaled.height() * 4);
+        for (int row = 0; row < scaled.height(); ++row) {
+            const auto *line = reinterpret_cast<const QRgb *>(scaled.constScanLine(row));
+            for (int column = 0; column < scaled.width(); ++column) {
+                const QRgb pixel = line[column];
+                image.pixels.append(char(qAlpha(pixel)));
+                image.pixels.append(char(qRed(pixel)));
+                image.pixels.append(char(qGreen(pixel)));
+                image.pixels.append(char(qBlue(pixel)));
+            }
+        }
+        images.append(image);
+    }
+    return images;
+}

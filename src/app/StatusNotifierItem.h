@@ -1,0 +1,86 @@
+#pragma once
+
+#include "DBusMenuExporter.h"
+#include "DBusWireTypes.h"
+#include "StatusItem.h"
+
+#include <QDBusConnection>
+#include <QDBusObjectPath>
+
+// The status item as an org.kde.StatusNotifierItem: the bat as the icon, the rest of the title
+// as the Ayatana label (hosts draw the label after the icon, so the panel reads as the title),
+// the whole title as the tool tip, and the context menu exported over dbusmenu.
+class StatusNotifierItem : public StatusItem {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString Category READ category)
+    Q_PROPERTY(QString Id READ id)
+    Q_PROPERTY(QString Title READ title)
+    Q_PROPERTY(QString Status READ status)
+    Q_PROPERTY(int WindowId READ windowId)
+    Q_PROPERTY(QString IconName READ iconName)
+    Q_PROPERTY(DBusImageList IconPixmap READ iconPixmap)
+    Q_PROPERTY(QString OverlayIconName READ emptyText)
+    Q_PROPERTY(DBusImageList OverlayIconPixmap READ noImages)
+    Q_PROPERTY(QString AttentionIconName READ emptyText)
+    Q_PROPERTY(DBusImageList AttentionIconPixmap READ noImages)
+    Q_PROPERTY(QString AttentionMovieName READ emptyText)
+    Q_PROPERTY(DBusToolTip ToolTip READ toolTip)
+    Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
+    Q_PROPERTY(QDBusObjectPath Menu READ menu)
+    Q_PROPERTY(QString XAyatanaLabel READ label)
+    Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide)
+    Q_PROPERTY(uint XAyatanaOrderingIndex READ orderingIndex)
+
+public:
+    // Registers on the session bus and with the StatusNotifierWatcher.
+    StatusNotifierItem(const QImage &icon, DBusMenuExporter::EntrySource menuEntries,
+                       QObject *parent = nullptr);
+    ~StatusNotifierItem() override;
+
+    void setTitle(const QString &title) override;
+
+    // The title without its leading bat and the spaces after it.
+    static QString labelOf(const QString &title);
+
+    QString category() const { return QStringLiteral("ApplicationStatus"); }
+    QString id() const { return QStringLiteral("zel-menubar"); }
+    QString title() const { return QStringLiteral("Zel Menu Bar"); }
+    QString status() const { return QStringLiteral("Active"); }
+    int windowId() const { return 0; }
+    QString iconName() const { return QStringLiteral("zel-menubar"); }
+    DBusImageList iconPixmap() const { return m_icon; }
+    QString emptyText() const { return {}; }
+    DBusImageList noImages() const { return {}; }
+    DBusToolTip toolTip() const;
+    bool itemIsMenu() const { return false; }
+    QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/MenuBar")); }
+    QString label() const { return labelOf(m_title); }
+    QString labelGuide() const;
+    uint orderingIndex() const { return 0; }
+
+public slots:
+    Q_SCRIPTABLE void Activate(int x, int y);
+    Q_SCRIPTABLE void SecondaryActivate(int x, int y);
+    Q_SCRIPTABLE void ContextMenu(int x, int y);
+    Q_SCRIPTABLE void Scroll(int delta, const QString &orientation);
+    Q_SCRIPTABLE void ProvideXdgActivationToken(const QString &token);
+
+signals:
+    Q_SCRIPTABLE void NewTitle();
+    Q_SCRIPTABLE void NewIcon();
+    Q_SCRIPTABLE void NewAttentionIcon();
+    Q_SCRIPTABLE void NewOverlayIcon();
+    Q_SCRIPTABLE void NewToolTip();
+    Q_SCRIPTABLE void NewStatus(const QString &status);
+    Q_SCRIPTABLE void XAyatanaNewLabel(const QString &label, const QString &guide);
+
+private:
+    static DBusImageList imagesOf(const QImage &icon);
+
+    QDBusConnection m_bus;
+    QString m_serviceName;
+    DBusMenuExporter m_menu;
+    DBusImageList m_icon;
+    QString m_title;
+};
