@@ -7,6 +7,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QImage>
 #include <QLoggingCategory>
+#include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -38,17 +39,29 @@ StatusNotifierItem::StatusNotifierItem(const QImage &icon,
     if (!m_bus.registerService(m_serviceName))
         qCWarning(lcTray) << "could not take the bus name" << m_serviceName;
 
+    registerWithWatcher(5);
+}
+
+void StatusNotifierItem::registerWithWatcher(int attemptsLeft)
+{
     QDBusMessage call = QDBusMessage::createMethodCall(
         u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
         u"org.kde.StatusNotifierWatcher"_s, u"RegisterStatusNotifierItem"_s);
     call << m_serviceName;
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [](QDBusPendingCallWatcher *w) {
-        if (w->isError())
-            qCWarning(lcTray) << "the StatusNotifierWatcher refused the item:"
-                              << w->error().message();
-        w->deleteLater();
-    });
+    connect(pending, &QDBusPendingCallWatcher::finished, this,
+            [this, attemptsLeft](QDBusPendingCallWatcher *reply) {
+                reply->deleteLater();
+                if (!reply->isError())
+                    return;
+                if (attemptsLeft > 1)
+                    QTimer::singleShot(
+                        500, this, [this, attemptsLeft] { registerWithWatcher(attemptsLeft - 1); });
+                else
+                    qCWarning(lcTray)
+                        << "the StatusNotifierWatcher refused the item:" << reply->error().name()
+                        << reply->error().message();
+            });
 }
 
 StatusNotifierItem::~StatusNotifierItem()

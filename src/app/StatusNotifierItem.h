@@ -77,6 +77,8 @@ signals:
 
 private:
     static DBusImageList imagesOf(const QImage &icon);
+    // A watcher that has just taken its bus name may not answer yet: try a few times.
+    void registerWithWatcher(int attemptsLeft);
 
     QDBusConnection m_bus;
     QString m_serviceName;

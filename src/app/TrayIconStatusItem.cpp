@@ -13,7 +13,9 @@ TrayIconStatusItem::TrayIconStatusItem(QObject *parent)
             [this](QSystemTrayIcon::ActivationReason reason) {
                 if (reason == QSystemTrayIcon::Context)
                     emit rightClicked(QCursor::pos());
-                else if (reason == QSystemTrayIcon::Trigger)
+                // A quick second click arrives as a double click; it still means "toggle".
+                else if (reason == QSystemTrayIcon::Trigger ||
+                         reason == QSystemTrayIcon::DoubleClick)
                     emit leftClicked(m_icon.geometry());
             });
     m_icon.show();

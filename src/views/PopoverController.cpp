@@ -129,6 +129,14 @@ void PopoverController::retry(int tab)
         refresh();
 }
 
+bool PopoverController::retryIfFailed()
+{
+    if (content(m_activeTab, m_revision) != Error)
+        return false;
+    retry(m_activeTab);
+    return true;
+}
+
 void PopoverController::scorecardWanted(qint64 matchID)
 {
     if (!m_vm.scorecards().contains(matchID))

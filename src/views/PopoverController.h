@@ -46,6 +46,8 @@ public:
 
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void retry(int tab);
+    // Return on a tab that shows an error retries it; false when the tab shows no error.
+    Q_INVOKABLE bool retryIfFailed();
     // A row opened (or a live row came on screen): load its scorecard unless it is cached.
     Q_INVOKABLE void scorecardWanted(qint64 matchID);
 

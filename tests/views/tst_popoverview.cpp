@@ -184,6 +184,16 @@ private slots:
         QMetaObject::invokeMethod(retry, "clicked");
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/results"), loads + 1);
+        // Return retries too, and does nothing on a tab without an error.
+        m_view->rootObject()->forceActiveFocus();
+        QTest::keyClick(m_view.get(), Qt::Key_Return);
+        QVERIFY(settled());
+        QCOMPARE(m_server->requestCount("/api/matches/results"), loads + 2);
+        m_popover->setActiveTab(PopoverController::Today);
+        const auto todayLoads = m_server->requestCount("/api/matches/today");
+        QTest::keyClick(m_view.get(), Qt::Key_Return);
+        QVERIFY(settled());
+        QCOMPARE(m_server->requestCount("/api/matches/today"), todayLoads);
     }
 
     void keyboardSwitchesTabsAndEscapeCloses()

@@ -16,6 +16,8 @@ Rectangle {
     Keys.onEscapePressed: root.closeRequested()
     Keys.onLeftPressed: controller.activeTab = Math.max(0, controller.activeTab - 1)
     Keys.onRightPressed: controller.activeTab = Math.min(2, controller.activeTab + 1)
+    Keys.onReturnPressed: (event) => event.accepted = controller.retryIfFailed()
+    Keys.onEnterPressed: (event) => event.accepted = controller.retryIfFailed()
 
     ColumnLayout {
         anchors.fill: parent

@@ -1,0 +1,428 @@
+#include "DBusWireTypes.h"
+#include "TodayViewModel.h"
+#include "ZelConfig.h"
+
+#include <csignal>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <sys/prctl.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+// Collects the labels a StatusNotifierItem announces.
+class LabelWatch : public QObject {
+    Q_OBJECT
+
+public:
+    QStringList received;
+
+public slots:
+    void changed(const QString &label, const QString &) { received << label; }
+};
+
+// The application as users run it: its own X server, a tray host or a StatusNotifierWatcher on
+// a private session bus (CTest starts this under dbus-run-session), the league simulator on
+// loopback, and clicks from xdotool.
+class EndToEndTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_home;
+    QString m_display;
+    QProcess m_xserver;
+    QProcess m_sim;
+    QProcess m_app;
+    QProcess m_host; // trayer or status-notifier-watcher
+
+    QProcessEnvironment environment() const
+    {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(u"DISPLAY"_s, m_display);
+        env.remove(u"QT_QPA_PLATFORM"_s);
+        env.remove(u"WAYLAND_DISPLAY"_s);
+        env.insert(u"XDG_RUNTIME_DIR"_s, m_home.path());
+        env.insert(u"XDG_CACHE_HOME"_s, m_home.filePath(u"cache"_s));
+        env.insert(u"XDG_CONFIG_HOME"_s, m_home.filePath(u"config"_s));
+        return env;
+    }
+
+    QString run(const QString &program, const QStringList &arguments)
+    {
+        QProcess process;
+        process.setProcessEnvironment(environment());
+        process.start(program, arguments);
+        process.waitForFinished(10000);
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    }
+
+    struct Window {
+        QString name;
+        QRect geometry;
+    };
+
+    // The application's visible windows.
+    QList<Window> windows()
+    {
+        QList<Window> found;
+        const QStringList ids = run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s,
+                                                   u"--classname"_s, u"^zel-menubar-e2e$"_s})
+                                    .split(u'\n', Qt::SkipEmptyParts);
+        static const QRegularExpression shell(u"X=(-?\\d+)\\s+Y=(-?\\d+)\\s+WIDTH=(\\d+)\\s+"
+                                              "HEIGHT=(\\d+)"_s);
+        for (const QString &id : ids) {
+            const auto match =
+                shell.match(run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, id}));
+            if (match.hasMatch())
+                found.append({run(u"xdotool"_s, {u"getwindowname"_s, id}),
+                              QRect(match.captured(1).toInt(), match.captured(2).toInt(),
+                                    match.captured(3).toInt(), match.captured(4).toInt())});
+        }
+        return found;
+    }
+
+    QRect popover()
+    {
+        for (const Window &window : windows()) {
+            if (window.name.startsWith(u"Scores"_s))
+                return window.geometry;
+        }
+        return {};
+    }
+
+    bool popoverShown() { return !popover().isEmpty(); }
+
+    // The tray icon inside trayer: the application's small window.
+    QRect trayIcon()
+    {
+        for (const Window &window : windows()) {
+            if (window.geometry.width() > 1 && window.geometry.width() <= 64 &&
+                window.geometry.height() <= 64)
+                return window.geometry;
+        }
+        return {};
+    }
+
+    QRect contextMenu()
+    {
+        for (const Window &window : windows()) {
+            if (!window.name.startsWith(u"Scores"_s) && window.geometry.height() > 64)
+                return window.geometry;
+        }
+        return {};
+    }
+
+    void click(QPoint at, int button)
+    {
+        run(u"xdotool"_s, {u"mousemove"_s, QString::number(at.x()), QString::number(at.y()),
+                           u"click"_s, QString::number(button)});
+    }
+
+    // Children go when the test goes, even when it is killed on a timeout.
+    static void tieToTest(QProcess &process)
+    {
+        process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    }
+
+    bool startSim(const QStringList &arguments)
+    {
+        tieToTest(m_sim);
+        m_sim.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_sim.start(QStringLiteral(ZEL_LEAGUE_SIM),
+                    QStringList{u"--port"_s, QString::number(ZEL_E2E_PORT)} + arguments);
+        return m_sim.waitForReadyRead(10000);
+    }
+
+    void stop(QProcess &process)
+    {
+        if (process.state() == QProcess::NotRunning)
+            return;
+        process.terminate();
+        if (!process.waitForFinished(5000)) {
+            process.kill();
+            process.waitForFinished();
+        }
+    }
+
+    bool startApp()
+    {
+        tieToTest(m_app);
+        m_app.setProcessEnvironment(environment());
+        m_app.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_app.start(QStringLiteral(ZEL_E2E_APP));
+        return m_app.waitForStarted();
+    }
+
+    bool startTrayer(QProcess &trayer)
+    {
+        tieToTest(trayer);
+        trayer.setProcessEnvironment(environment());
+        trayer.start(u"trayer"_s, {u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s,
+                                   u"--widthtype"_s, u"request"_s, u"--height"_s, u"24"_s});
+        return trayer.waitForStarted();
+    }
+
+    bool startWatcher()
+    {
+        tieToTest(m_host);
+        m_host.setProcessEnvironment(environment());
+        m_host.start(u"status-notifier-watcher"_s);
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        if (!m_host.waitForStarted() ||
+            !QTest::qWaitFor(
+                [&] {
+                    return bus.interface()->isServiceRegistered(u"org.kde.StatusNotifierWatcher"_s);
+                },
+                10000))
+            return false;
+        // A watcher only counts a host that is present; this test plays the host.
+        const QString host =
+            u"org.kde.StatusNotifierHost-%1"_s.arg(QCoreApplication::applicationPid());
+        bus.registerService(host);
+        QDBusInterface watcher(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
+                               u"org.kde.StatusNotifierWatcher"_s, bus);
+        return watcher.call(u"RegisterStatusNotifierHost"_s, host).type() ==
+               QDBusMessage::ReplyMessage;
+    }
+
+    QString registeredItem()
+    {
+        QDBusInterface watcher(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
+                               u"org.kde.StatusNotifierWatcher"_s, QDBusConnection::sessionBus());
+        const QStringList items = watcher.property("RegisteredStatusNotifierItems").toStringList();
+        return items.isEmpty() ? QString() : items.first().section(u'/', 0, 0);
+    }
+
+    QVariant itemProperty(const QString &service, const QString &name)
+    {
+        QDBusMessage get = QDBusMessage::createMethodCall(
+            service, u"/StatusNotifierItem"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+        get << u"org.kde.StatusNotifierItem"_s << name;
+        const QDBusReply<QDBusVariant> reply = QDBusConnection::sessionBus().call(get);
+        return reply.isValid() ? reply.value().variant() : QVariant();
+    }
+
+    QString toolTipTitle(const QString &service)
+    {
+        const QVariant value = itemProperty(service, u"ToolTip"_s);
+        return qdbus_cast<DBusToolTip>(value.value<QDBusArgument>()).title;
+    }
+
+    // The title a fresh state object computes from the simulator right now.
+    static QString expectedTitle()
+    {
+        TodayViewModel::Setup setup;
+        setup.serviceURL = u"http://127.0.0.1:%1"_s.arg(ZEL_E2E_PORT);
+        setup.watchSystemSleep = false;
+        TodayViewModel vm(setup);
+        const bool loaded =
+            QTest::qWaitFor([&] { return !vm.isLoading() && !vm.isLoadingFixtures(); }, 10000);
+        return loaded ? vm.statusBarTitle() : u"(the service did not answer)"_s;
+    }
+
+    void callItem(const QString &service, const QString &method)
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(service, u"/StatusNotifierItem"_s,
+                                                           u"org.kde.StatusNotifierItem"_s, method);
+        call << 600 << 30;
+        QDBusConnection::sessionBus().call(call);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        registerDBusWireTypes();
+        QVERIFY(QDBusConnection::sessionBus().isConnected());
+        QVERIFY(m_home.isValid());
+        tieToTest(m_xserver);
+        m_xserver.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x800x24"_s,
+                                    u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
+        QVERIFY(m_xserver.waitForReadyRead(10000));
+        m_display = u":"_s + QString::fromLatin1(m_xserver.readAllStandardOutput()).trimmed();
+    }
+
+    void cleanup()
+    {
+        stop(m_app);
+        stop(m_host);
+        stop(m_sim);
+    }
+
+    void cleanupTestCase() { stop(m_xserver); }
+
+    void trayIconClicksAndQuit()
+    {
+        QVERIFY(startSim({u"--scenario"_s, u"live-second-innings"_s}));
+        QVERIFY(startTrayer(m_host));
+        QVERIFY(startApp());
+        QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 15000);
+        const QPoint icon = trayIcon().center();
+
+        click(icon, 1);
+        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        const QRect shown = popover();
+        QCOMPARE(shown.size(), QSize(380, 500));
+        QVERIFY(shown.top() >= trayIcon().bottom());
+        QVERIFY(QRect(0, 0, 1280, 800).contains(shown));
+        click(icon, 1);
+        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
+
+        // A second launch shows the running copy's popover and steps aside.
+        QProcess second;
+        second.setProcessEnvironment(environment());
+        second.start(QStringLiteral(ZEL_E2E_APP));
+        QVERIFY(second.waitForFinished(10000));
+        QCOMPARE(second.exitCode(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        click(icon, 1);
+        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
+
+        click(icon, 3);
+        QRect menu;
+        QTRY_VERIFY_WITH_TIMEOUT(!(menu = contextMenu()).isEmpty(), 5000);
+        // "Quit Zel Menu Bar" is the last entry.
+        click(QPoint(menu.left() + 40, menu.bottom() - 10), 1);
+        QVERIFY(m_app.waitForFinished(10000));
+        QCOMPARE(m_app.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(m_app.exitCode(), 0);
+    }
+
+    void switchesBetweenTrayAndStatusNotifier()
+    {
+        QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s}));
+        QProcess trayer;
+        QVERIFY(startTrayer(trayer));
+        QVERIFY(startApp());
+        QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 15000);
+
+        QVERIFY(startWatcher());
+        QTRY_VERIFY_WITH_TIMEOUT(!registeredItem().isEmpty(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(trayIcon().isEmpty(), 5000);
+
+        stop(m_host);
+        QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 10000);
+        stop(trayer);
+
+        // SIGTERM is an ordinary quit.
+        m_app.terminate();
+        QVERIFY(m_app.waitForFinished(10000));
+        QCOMPARE(m_app.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(m_app.exitCode(), 0);
+    }
+
+    void statusNotifierItem()
+    {
+        // Fast enough that the score moves between two of the app's 30-second refreshes.
+        QVERIFY(startSim({u"--scenario"_s, u"live-second-innings"_s, u"--speed"_s, u"8"_s}));
+        QVERIFY(startWatcher());
+        QVERIFY(startApp());
+        QString item;
+        QTRY_VERIFY_WITH_TIMEOUT(!(item = registeredItem()).isEmpty(), 15000);
+        LabelWatch labels;
+        QVERIFY(QDBusConnection::sessionBus().connect(
+            item, u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, u"XAyatanaNewLabel"_s,
+            &labels, SLOT(changed(QString, QString))));
+        QTRY_VERIFY_WITH_TIMEOUT(!itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(),
+                                 15000);
+        QCOMPARE(itemProperty(item, u"Title"_s).toString(), u"Zel Menu Bar"_s);
+        QCOMPARE(itemProperty(item, u"ItemIsMenu"_s).toBool(), false);
+        QCOMPARE(itemProperty(item, u"IconName"_s).toString(), u"zel-menubar"_s);
+        const QString firstTitle = toolTipTitle(item);
+        QVERIFY(firstTitle.startsWith(u"\U0001F3CF  "_s));
+        QCOMPARE(itemProperty(item, u"XAyatanaLabel"_s).toString(), firstTitle.mid(4));
+
+        callItem(item, u"Activate"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        callItem(item, u"Activate"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
+
+        const QString menuPath =
+            qvariant_cast<QDBusObjectPath>(itemProperty(item, u"Menu"_s)).path();
+        QDBusMessage getLayout = QDBusMessage::createMethodCall(
+            item, menuPath, u"com.canonical.dbusmenu"_s, u"GetLayout"_s);
+        getLayout << 0 << -1 << QStringList();
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(getLayout);
+        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+        const auto layout = qdbus_cast<DBusMenuLayoutItem>(reply.arguments().at(1));
+        QStringList entries;
+        for (const DBusMenuLayoutItem &child : layout.children) {
+            const QVariantMap &p = child.properties;
+            QString line = p.value(u"type"_s).toString() == u"separator"_s
+                               ? u"---"_s
+                               : p.value(u"label"_s).toString();
+            if (!p.value(u"enabled"_s, true).toBool())
+                line += u" [disabled]"_s;
+            if (p.contains(u"shortcut"_s)) {
+                const auto chords =
+                    qdbus_cast<QList<QStringList>>(p.value(u"shortcut"_s).value<QDBusArgument>());
+                line += u" ["_s + chords.value(0).join(u'+') + u"]"_s;
+            }
+            entries << line;
+        }
+        QCOMPARE(entries,
+                 (QStringList{
+                     u"Show Scores"_s,
+                     u"Zel Menu Bar v"_s + QLatin1StringView(ZelConfig::version) + u" [disabled]"_s,
+                     u"---"_s, u"Check for Updates…"_s, u"---"_s, u"Feedback / Report a Bug"_s,
+                     u"\u2665 Support Me"_s, u"---"_s, u"Quit Zel Menu Bar [Control+Q]"_s}));
+
+        QDBusMessage showScores =
+            QDBusMessage::createMethodCall(item, menuPath, u"com.canonical.dbusmenu"_s, u"Event"_s);
+        showScores << layout.children.first().id << u"clicked"_s
+                   << QVariant::fromValue(QDBusVariant(QString())) << 0u;
+        QDBusConnection::sessionBus().call(showScores);
+        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        callItem(item, u"Activate"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
+
+        // The scenario moves on: at the next refresh label and tool tip change together, to
+        // the title a fresh state object computes from the service at that moment. A ball
+        // bowled between the two fetches gets one more refresh.
+        bool matched = false;
+        for (int attempt = 0; attempt < 2 && !matched; ++attempt) {
+            labels.received.clear();
+            QTRY_VERIFY_WITH_TIMEOUT(!labels.received.isEmpty(), 45000);
+            const QString expected = expectedTitle();
+            const QString title = toolTipTitle(item);
+            QCOMPARE(labels.received.last(), title.mid(4));
+            QCOMPARE(itemProperty(item, u"XAyatanaLabel"_s).toString(), title.mid(4));
+            QVERIFY(title != firstTitle);
+            matched = title == expected;
+        }
+        QVERIFY(matched);
+    }
+
+    void serviceFailureAndRecovery()
+    {
+        QVERIFY(startSim({u"--scenario"_s, u"live-first-innings"_s, u"--fail-rate"_s, u"1"_s}));
+        QVERIFY(startWatcher());
+        QVERIFY(startApp());
+        QString item;
+        QTRY_VERIFY_WITH_TIMEOUT(!(item = registeredItem()).isEmpty(), 15000);
+        callItem(item, u"Activate"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        QTest::qWait(1000);
+        run(u"import"_s, {u"-window"_s, u"root"_s,
+                          QCoreApplication::applicationDirPath() + u"/e2e-service-failure.png"_s});
+        QVERIFY(m_app.state() == QProcess::Running);
+        QCOMPARE(itemProperty(item, u"XAyatanaLabel"_s).toString(), QString());
+        QCOMPARE(toolTipTitle(item), u"\U0001F3CF"_s);
+
+        // The service comes back; Return on the failed tab retries it.
+        stop(m_sim);
+        QVERIFY(startSim({u"--scenario"_s, u"live-first-innings"_s}));
+        run(u"xdotool"_s, {u"key"_s, u"Return"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(!itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(),
+                                 10000);
+        QVERIFY(m_app.state() == QProcess::Running);
+    }
+};
+
+QTEST_MAIN(EndToEndTest)
+#include "tst_endtoend.moc"
