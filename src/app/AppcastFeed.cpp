@@ -82,7 +82,7 @@ Result<AppcastRelease> AppcastFeed::newest(const QByteArray &xml)
                 const Item item = readItem(reader);
                 const QString version =
                     (item.shortVersion.isEmpty() ? item.version : item.shortVersion).trimmed();
-                const QVersionNumber number = QVersionNumber::fromString(version);
+                const QVersionNumber number = QVersionNumber::fromString(version).normalized();
                 if (number.isNull() || (best && number <= bestNumber))
                     continue;
                 QUrl page = webPage(item.link);

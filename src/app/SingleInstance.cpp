@@ -19,12 +19,16 @@ SingleInstance::SingleInstance(QString socketPath, QObject *parent)
     connect(&m_server, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket *socket = m_server.nextPendingConnection()) {
             connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-            connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
-                // Anything but the one command is ignored; a line is all we ever read.
-                if (socket->canReadLine() && socket->readLine(64) == showCommand)
+            // Anything but the one command is ignored; a short line is all we ever read.
+            const auto readCommand = [this, socket] {
+                if (!socket->canReadLine())
+                    return;
+                if (socket->readLine(64) == showCommand)
                     emit showRequested();
                 socket->disconnectFromServer();
-            });
+            };
+            connect(socket, &QLocalSocket::readyRead, this, readCommand);
+            readCommand();
         }
     });
 }

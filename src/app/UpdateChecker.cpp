@@ -51,7 +51,9 @@ UpdateCheck UpdateChecker::compare(const Result<AppcastRelease> &newest, const Q
     if (!newest.isOk())
         return {UpdateCheck::Failed, {}, {}, newest.error().description};
     const AppcastRelease &release = newest.value();
-    if (QVersionNumber::fromString(release.version) <= QVersionNumber::fromString(current))
+    // normalized(): 1.4.0 is the same release as 1.4.
+    if (QVersionNumber::fromString(release.version).normalized() <=
+        QVersionNumber::fromString(current).normalized())
         return {UpdateCheck::UpToDate, release.version, release.page, {}};
     return {UpdateCheck::NewerVersion, release.version, release.page, {}};
 }

@@ -1,0 +1,318 @@
+#include "AppcastFeed.h"
+#include "DBusMenuExporter.h"
+#include "FixtureServer.h"
+#include "MenuBarController.h"
+#include "PopoverWindow.h"
+#include "SignalQuitter.h"
+#include "SingleInstance.h"
+#include "StatusIconArt.h"
+#include "StatusNotifierItem.h"
+#include "UpdateChecker.h"
+
+#include <csignal>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QByteArray feed(const QByteArray &items)
+{
+    return "<?xml version=\"1.0\"?>\n"
+           "<rss version=\"2.0\" "
+           "xmlns:sparkle=\"http://www.andymatuschak.org/xml-namespaces/sparkle\">"
+           "<channel><title>Zel</title>" +
+           items + "</channel></rss>";
+}
+
+} // namespace
+
+// The shell's own rules, without a display or a bus: placement, labels, the update feed,
+// the exported menu, one instance per session and signals.
+class ShellTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void placement_data()
+    {
+        QTest::addColumn<QRect>("anchor");
+        QTest::addColumn<QPoint>("expected");
+        // The screen below a 24 px panel at the top: (0, 24) to (1279, 799).
+        QTest::addRow("centred under an icon") << QRect(600, 0, 24, 24) << QPoint(421, 28);
+        QTest::addRow("kept off the right edge") << QRect(1256, 0, 24, 24) << QPoint(900, 28);
+        QTest::addRow("kept off the left edge") << QRect(0, 0, 24, 24) << QPoint(0, 28);
+        QTest::addRow("above an icon in a bottom panel")
+            << QRect(600, 776, 24, 24) << QPoint(421, 272);
+        QTest::addRow("a click point") << QRect(700, 200, 1, 1) << QPoint(510, 205);
+        QTest::addRow("no room either way stays on screen")
+            << QRect(700, 400, 1, 1) << QPoint(510, 300);
+    }
+
+    void placement()
+    {
+        QFETCH(QRect, anchor);
+        QFETCH(QPoint, expected);
+        const QRect available(0, 24, 1280, 776);
+        const QPoint placed = PopoverWindow::placement(anchor, PopoverWindow::size, available);
+        QCOMPARE(placed, expected);
+        QVERIFY(available.contains(QRect(placed, PopoverWindow::size)));
+    }
+
+    void placementOnATinyScreenKeepsTheTopLeftVisible()
+    {
+        const QPoint placed = PopoverWindow::placement(QRect(100, 0, 24, 24), PopoverWindow::size,
+                                                       QRect(0, 0, 320, 240));
+        QCOMPARE(placed, QPoint(0, 0));
+    }
+
+    void label_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("label");
+        QTest::addRow("idle") << u"\U0001F3CF"_s << QString();
+        QTest::addRow("live") << u"\U0001F3CF  NTH \U0001F534 45/2 (6.3)"_s
+                              << u"NTH \U0001F534 45/2 (6.3)"_s;
+        QTest::addRow("countdown")
+            << u"\U0001F3CF  NTH vs STH in 2h 5m"_s << u"NTH vs STH in 2h 5m"_s;
+        QTest::addRow("no bat is left as it is") << u"Zel"_s << u"Zel"_s;
+    }
+
+    void label()
+    {
+        QFETCH(QString, title);
+        QFETCH(QString, label);
+        QCOMPARE(StatusNotifierItem::labelOf(title), label);
+    }
+
+    void iconState_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<int>("state");
+        QTest::addRow("idle") << u"\U0001F3CF"_s << int(StatusIconArt::State::Quiet);
+        QTest::addRow("live") << u"\U0001F3CF  NTH \U0001F534 45/2 (6.3)"_s
+                              << int(StatusIconArt::State::Live);
+        QTest::addRow("delayed") << u"\U0001F3CF  NTH vs STH \u2022 Delayed"_s
+                                 << int(StatusIconArt::State::Delayed);
+        QTest::addRow("result") << u"\U0001F3CF  NTH won by 5 wkts"_s
+                                << int(StatusIconArt::State::Quiet);
+    }
+
+    void iconState()
+    {
+        QFETCH(QString, title);
+        QFETCH(int, state);
+        QCOMPARE(int(StatusIconArt::stateOf(title)), state);
+    }
+
+    void newestRelease_data()
+    {
+        QTest::addColumn<QByteArray>("xml");
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<QString>("page");
+        QTest::addRow("elements, highest wins whatever the order")
+            << feed("<item><sparkle:shortVersionString>0.9.1</sparkle:shortVersionString>"
+                    "<link>https://zel.example/0.9.1</link></item>"
+                    "<item><sparkle:shortVersionString>0.10.0</sparkle:shortVersionString>"
+                    "<link>https://zel.example/0.10</link></item>"
+                    "<item><sparkle:shortVersionString>0.2</sparkle:shortVersionString></item>")
+            << u"0.10.0"_s << u"https://zel.example/0.10"_s;
+        QTest::addRow("enclosure attributes, download as the page")
+            << feed("<item><enclosure url='https://zel.example/zel-1.2.deb' "
+                    "sparkle:version='120' sparkle:shortVersionString='1.2'/></item>")
+            << u"1.2"_s << u"https://zel.example/zel-1.2.deb"_s;
+        QTest::addRow("build number when there is no short version")
+            << feed("<item><sparkle:version>7</sparkle:version>"
+                    "<sparkle:releaseNotesLink>https://zel.example/notes</sparkle:releaseNotesLink>"
+                    "</item>")
+            << u"7"_s << u"https://zel.example/notes"_s;
+        QTest::addRow("a page that is not on the web is dropped")
+            << feed("<item><sparkle:shortVersionString>2.0</sparkle:shortVersionString>"
+                    "<link>file:///etc/passwd</link></item>")
+            << u"2.0"_s << QString();
+    }
+
+    void newestRelease()
+    {
+        QFETCH(QByteArray, xml);
+        QFETCH(QString, version);
+        QFETCH(QString, page);
+        const Result<AppcastRelease> newest = AppcastFeed::newest(xml);
+        QVERIFY2(newest.isOk(), qPrintable(newest.isOk() ? QString() : newest.error().description));
+        QCOMPARE(newest.value().version, version);
+        QCOMPARE(newest.value().page.toString(), page);
+    }
+
+    void badFeeds_data()
+    {
+        QTest::addColumn<QByteArray>("xml");
+        QTest::addColumn<QString>("error");
+        QTest::addRow("html") << QByteArray("<html><body>moved</body></html>")
+                              << u"The update feed is not an RSS feed."_s;
+        QTest::addRow("no items") << feed("") << u"The update feed lists no version."_s;
+        QTest::addRow("versions that are not versions")
+            << feed("<item><sparkle:shortVersionString>soon</sparkle:shortVersionString></item>")
+            << u"The update feed lists no version."_s;
+        QTest::addRow("cut off") << feed("<item>").left(120)
+                                 << u"The update feed is not valid XML"_s;
+        QTest::addRow("empty") << QByteArray() << u"The update feed is not valid XML"_s;
+    }
+
+    void badFeeds()
+    {
+        QFETCH(QByteArray, xml);
+        QFETCH(QString, error);
+        const Result<AppcastRelease> newest = AppcastFeed::newest(xml);
+        QVERIFY(!newest.isOk());
+        QVERIFY2(newest.error().description.startsWith(error),
+                 qPrintable(newest.error().description));
+    }
+
+    void updateCheckOverHttp_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<int>("outcome");
+        QTest::addColumn<QString>("detail");
+        const QByteArray newer =
+            feed("<item><sparkle:shortVersionString>9.0</sparkle:shortVersionString></item>");
+        const QByteArray same =
+            feed("<item><sparkle:shortVersionString>1.4.0</sparkle:shortVersionString></item>");
+        QTest::addRow("newer") << 200 << newer << int(UpdateCheck::NewerVersion) << u"9.0"_s;
+        QTest::addRow("same") << 200 << same << int(UpdateCheck::UpToDate) << u"1.4.0"_s;
+        QTest::addRow("server error") << 503 << newer << int(UpdateCheck::Failed) << u"HTTP 503"_s;
+    }
+
+    void updateCheckOverHttp()
+    {
+        QFETCH(int, status);
+        QFETCH(QByteArray, body);
+        QFETCH(int, outcome);
+        QFETCH(QString, detail);
+        FixtureServer server;
+        server.script(u"/appcast.xml"_s, {status, body, {}, false, "application/rss+xml"});
+        UpdateChecker checker(server.baseURL() + u"/appcast.xml"_s, u"1.4"_s);
+        QSignalSpy checked(&checker, &UpdateChecker::checked);
+        checker.check();
+        checker.check(); // a check already under way is not started twice
+        QVERIFY(checked.wait());
+        QCOMPARE(server.requestCount(u"/appcast.xml"_s), 1);
+        const auto result = checked.first().first().value<UpdateCheck>();
+        QCOMPARE(int(result.outcome), outcome);
+        QCOMPARE(result.outcome == UpdateCheck::Failed ? result.error : result.version, detail);
+    }
+
+    void menuProperties_data()
+    {
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<QKeySequence>("shortcut");
+        QTest::addColumn<QVariantMap>("expected");
+        QTest::addRow("separator")
+            << QString() << true << QKeySequence() << QVariantMap{{u"type"_s, u"separator"_s}};
+        QTest::addRow("disabled") << u"Zel Menu Bar v1.0"_s << false << QKeySequence()
+                                  << QVariantMap{{u"label"_s, u"Zel Menu Bar v1.0"_s},
+                                                 {u"enabled"_s, false}};
+        QTest::addRow("underscore is not a mnemonic")
+            << u"a_b"_s << true << QKeySequence() << QVariantMap{{u"label"_s, u"a__b"_s}};
+        QTest::addRow("shortcut") << u"Quit Zel Menu Bar"_s << true
+                                  << QKeySequence(Qt::CTRL | Qt::Key_Q)
+                                  << QVariantMap{{u"label"_s, u"Quit Zel Menu Bar"_s},
+                                                 {u"shortcut"_s,
+                                                  QVariant::fromValue(
+                                                      QList<QStringList>{{u"Control"_s, u"Q"_s}})}};
+    }
+
+    void menuProperties()
+    {
+        QFETCH(QString, label);
+        QFETCH(bool, enabled);
+        QFETCH(QKeySequence, shortcut);
+        QFETCH(QVariantMap, expected);
+        QCOMPARE(DBusMenuExporter::propertiesOf(MenuEntry{label, enabled, shortcut, {}}), expected);
+    }
+
+    void exportedMenuRunsEntriesAndFollowsChanges()
+    {
+        QStringList ran;
+        QString firstLabel = u"One"_s;
+        DBusMenuExporter menu([&] {
+            return QList<MenuEntry>{{firstLabel, true, {}, [&] { ran << u"one"_s; }},
+                                    MenuEntry::separator(),
+                                    {u"Off"_s, false, {}, [&] { ran << u"off"_s; }}};
+        });
+        DBusMenuLayoutItem layout;
+        const uint revision = menu.GetLayout(0, -1, {u"label"_s}, layout);
+        QCOMPARE(layout.children.size(), 3);
+        QCOMPARE(layout.children[0].properties, (QVariantMap{{u"label"_s, u"One"_s}}));
+        QVERIFY(layout.children[1].properties.isEmpty()); // only "label" was asked for
+
+        menu.Event(1, u"clicked"_s, QDBusVariant(0), 0);
+        menu.Event(3, u"clicked"_s, QDBusVariant(0), 0); // disabled
+        menu.Event(1, u"hovered"_s, QDBusVariant(0), 0);
+        menu.Event(9, u"clicked"_s, QDBusVariant(0), 0); // no such item
+        QTRY_COMPARE(ran, QStringList{u"one"_s});
+
+        QSignalSpy updated(&menu, &DBusMenuExporter::LayoutUpdated);
+        QVERIFY(!menu.AboutToShow(0)); // nothing changed
+        firstLabel = u"Uno"_s;
+        QVERIFY(menu.AboutToShow(0));
+        QCOMPARE(updated.count(), 1);
+        QCOMPARE(menu.GetLayout(0, 0, {}, layout), revision + 1);
+        QVERIFY(layout.children.isEmpty()); // depth 0: the root alone
+    }
+
+    void contextMenuEntries()
+    {
+        QCOMPARE(MenuBarController::versionLabel(u"1.2.3"_s), u"Zel Menu Bar v1.2.3"_s);
+        QCOMPARE(MenuBarController::versionLabel(QString()), u"Zel Menu Bar v?"_s);
+        QCOMPARE(MenuBarController::pageURL(u"https://zel.example"_s, u"/zel/?feedback=1"_s),
+                 QUrl(u"https://zel.example/zel/?feedback=1"_s));
+        QCOMPARE(MenuBarController::pageURL(u"https://zel.example"_s, u"/zel/#donate"_s),
+                 QUrl(u"https://zel.example/zel/#donate"_s));
+        QVERIFY(MenuBarController::pageURL(u"not a url"_s, u"/zel/#donate"_s).isEmpty());
+    }
+
+    void oneInstancePerSession()
+    {
+        QTemporaryDir runtime;
+        const QString path = runtime.filePath(u"zel.socket"_s);
+        SingleInstance first(path);
+        QVERIFY(first.claim());
+        QSignalSpy shown(&first, &SingleInstance::showRequested);
+        SingleInstance second(path);
+        QVERIFY(!second.claim());
+        QVERIFY(shown.wait());
+
+        // A socket left behind by a crashed copy does not keep the next one out.
+        QFile stale(runtime.filePath(u"stale.socket"_s));
+        QVERIFY(stale.open(QIODevice::WriteOnly));
+        stale.close();
+        SingleInstance afterCrash(stale.fileName());
+        QVERIFY(afterCrash.claim());
+    }
+
+    void terminationSignalsQuitTheLoop_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::addRow("SIGTERM") << SIGTERM;
+        QTest::addRow("SIGINT") << SIGINT;
+        QTest::addRow("SIGHUP") << SIGHUP;
+    }
+
+    void terminationSignalsQuitTheLoop()
+    {
+        QFETCH(int, signal);
+        SignalQuitter quitter;
+        QTimer::singleShot(0, [signal] { std::raise(signal); });
+        QTimer guard;
+        guard.setSingleShot(true);
+        connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+        guard.start(5000);
+        QCOMPARE(QCoreApplication::exec(), 0);
+    }
+};
+
+QTEST_MAIN(ShellTest)
+#include "tst_shell.moc"
