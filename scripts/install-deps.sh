@@ -17,6 +17,14 @@ packages=(
     qml6-module-qtqml-workerscript qml6-module-qttest
     # Text for the league simulator's badges, and the colour emoji of titles and rows.
     fonts-dejavu-core fonts-noto-color-emoji
+    # The tray shell on X11 (the xcb platform plugin is only a recommendation of Qt's GUI).
+    qt6-qpa-plugins
+    # End-to-end tests: a private session bus, an X server, a tray host, a StatusNotifierWatcher,
+    # clicks and screenshots; and the checks of the desktop files.
+    dbus-daemon xvfb x11-utils xdotool trayer haskell-status-notifier-item-utils imagemagick
+    appstream desktop-file-utils
+    # cpack's .deb
+    dpkg-dev
 )
 if [[ "${1:-}" == fuzz ]]; then
     packages+=(clang libclang-rt-14-dev)

@@ -44,7 +44,7 @@ int AppDelegate::run(int argc, char *argv[], const Setup &setup)
     QApplication::setApplicationName(u"zel-menubar"_s);
     QApplication::setApplicationDisplayName(u"Zel Menu Bar"_s);
     QApplication::setApplicationVersion(setup.version);
-    QApplication::setDesktopFileName(u"zel-menubar"_s);
+    QApplication::setDesktopFileName(u"example.zel.MenuBar"_s);
     // Closing the update dialog must not end a program that has no main window.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(QIcon(u":/zel-menubar.svg"_s));
