@@ -2,6 +2,7 @@
 
 #include "LogoWorker.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QStandardPaths>
 
@@ -22,6 +23,13 @@ ImageCache::ImageCache(const QString &cacheDir, QObject *parent)
     // A folder that cannot be made only means logos are fetched again on the next run.
     QDir().mkpath(cacheDir);
     m_worker = std::make_unique<LogoWorker>(cacheDir, this);
+    // Decoding an SVG logo paints, which needs the application, and the thread's font caches
+    // must go before the statics that hold them: stop when the application quits or, where
+    // nothing ran its event loop to the end, when it is destroyed.
+    if (QCoreApplication *app = QCoreApplication::instance()) {
+        connect(app, &QCoreApplication::aboutToQuit, this, [this] { m_worker->stop(); });
+        connect(app, &QObject::destroyed, this, [this] { m_worker->stop(); });
+    }
 }
 
 ImageCache::~ImageCache() = default;

@@ -19,6 +19,11 @@ LogoWorker::LogoWorker(QString cacheDir, QObject *receiver)
 
 LogoWorker::~LogoWorker()
 {
+    stop();
+}
+
+void LogoWorker::stop()
+{
     {
         QMutexLocker lock(&m_mutex);
         m_stopping = true;

@@ -29,6 +29,8 @@ public:
 
     LogoWorker(QString cacheDir, QObject *receiver);
     ~LogoWorker() override;
+    // Drops waiting jobs and ends the thread; the job under way is finished first.
+    void stop();
 
     void submit(Job job);
     // True when the key can safely name a file inside the cache folder.

@@ -385,15 +385,17 @@ private slots:
         // the title a fresh state object computes from the service at that moment. A ball
         // bowled between the two fetches gets one more refresh.
         bool matched = false;
+        QString previous = firstTitle;
         for (int attempt = 0; attempt < 2 && !matched; ++attempt) {
-            labels.received.clear();
-            QTRY_VERIFY_WITH_TIMEOUT(!labels.received.isEmpty(), 45000);
+            const QString previousLabel = previous.mid(4);
+            QTRY_VERIFY_WITH_TIMEOUT(
+                !labels.received.isEmpty() && labels.received.last() != previousLabel, 45000);
             const QString expected = expectedTitle();
             const QString title = toolTipTitle(item);
             QCOMPARE(labels.received.last(), title.mid(4));
             QCOMPARE(itemProperty(item, u"XAyatanaLabel"_s).toString(), title.mid(4));
-            QVERIFY(title != firstTitle);
             matched = title == expected;
+            previous = title;
         }
         QVERIFY(matched);
     }
