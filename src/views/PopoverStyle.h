@@ -4,7 +4,6 @@
 class PopoverStyle {
 public:
     // Qt Quick's software renderer (a 380 x 500 popover needs no GPU, and it halves resident
-    // memory) unless the user chose a backend, and the Fusion controls, which follow the
-    // desktop's palette in light and dark alike.
+    // memory) unless the user chose a backend.
     static void apply();
 };

@@ -1,18 +1,15 @@
 import QtQuick
-import QtQuick.Controls
 
 Column {
     property alias text: label.text
     property bool spinner: false
     spacing: 8
 
-    BusyIndicator {
+    Spinner {
         anchors.horizontalCenter: parent.horizontalCenter
         visible: spinner
-        running: spinner
-        scale: 0.9
     }
-    Label {
+    Text {
         id: label
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(implicitWidth, 340)

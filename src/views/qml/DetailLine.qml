@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import ZelMenuBar
 
 Row {
@@ -16,7 +15,7 @@ Row {
         name: parent.icon
         color: parent.tint
     }
-    Label {
+    Text {
         text: parent.text
         font.pixelSize: 10
         color: parent.strong ? Theme.text : Theme.secondary

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 import ZelMenuBar
 
@@ -22,12 +21,12 @@ Column {
         topPadding: 10
         bottomPadding: 10
         spacing: 6
-        Label { text: row.matchOrder; font.pixelSize: 10; color: Theme.secondary }
+        Text { text: row.matchOrder; font.pixelSize: 10; color: Theme.secondary }
         RowLayout {
             width: parent.width - 28
             spacing: 0
             CricketBadge { Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.homeLogo; placeholderColor: Theme.placeholder }
-            Label {
+            Text {
                 Layout.leftMargin: 6
                 Layout.maximumWidth: 130
                 text: row.homeName
@@ -37,9 +36,9 @@ Column {
                 color: Theme.text
             }
             Item { Layout.fillWidth: true; Layout.minimumWidth: 6 }
-            Label { text: "vs"; font.pixelSize: 11; color: Theme.secondary }
+            Text { text: "vs"; font.pixelSize: 11; color: Theme.secondary }
             Item { Layout.fillWidth: true; Layout.minimumWidth: 6 }
-            Label {
+            Text {
                 Layout.rightMargin: 6
                 Layout.maximumWidth: 130
                 horizontalAlignment: Text.AlignRight

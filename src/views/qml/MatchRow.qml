@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 import ZelMenuBar
 
@@ -52,17 +51,18 @@ Column {
             anchors.leftMargin: 14
             anchors.rightMargin: 14
             spacing: 0
-            Label {
+            Text {
                 Layout.preferredWidth: 22
                 text: row.statusIcon
                 font.pixelSize: 11
+                color: Theme.text
             }
             TeamSide { logo: row.homeLogo; code: row.homeCode }
             Item { Layout.fillWidth: true; Layout.minimumWidth: 4 }
             Column {
                 Layout.minimumWidth: 100
                 spacing: 2
-                Label {
+                Text {
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: row.centreText
                     font.family: Theme.mono
@@ -70,7 +70,7 @@ Column {
                     font.weight: Font.DemiBold
                     color: row.isLive ? Theme.red : Theme.text
                 }
-                Label {
+                Text {
                     anchors.horizontalCenter: parent.horizontalCenter
                     visible: text !== ""
                     width: Math.min(implicitWidth, 150)
@@ -111,7 +111,7 @@ Column {
                     name: row.finished ? "trophy" : "circle.fill"
                     color: row.finished ? Theme.yellow : Theme.red
                 }
-                Label { text: row.comments; font.pixelSize: 10; color: Theme.text }
+                Text { text: row.comments; font.pixelSize: 10; color: Theme.text }
             }
             ScorecardContent {
                 width: parent.width - 36

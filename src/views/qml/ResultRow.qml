@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 import ZelMenuBar
 
@@ -46,7 +45,7 @@ Column {
             Column {
                 Layout.minimumWidth: 110
                 spacing: 1
-                Label {
+                Text {
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: row.scoresText
                     font.family: Theme.mono
@@ -56,7 +55,7 @@ Column {
                     minimumPixelSize: 8
                     color: Theme.text
                 }
-                Label {
+                Text {
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: row.matchOrder
                     font.pixelSize: 9

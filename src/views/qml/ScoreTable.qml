@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 
 // A batting or bowling table: a name column filling the width, then fixed number columns.
@@ -14,7 +13,7 @@ Column {
     RowLayout {
         width: parent.width
         spacing: 0
-        Label {
+        Text {
             Layout.fillWidth: true
             bottomPadding: 3
             text: table.heading
@@ -24,7 +23,7 @@ Column {
         }
         Repeater {
             model: table.columns
-            Label {
+            Text {
                 required property var modelData
                 Layout.preferredWidth: modelData[1]
                 horizontalAlignment: Text.AlignRight
@@ -46,7 +45,7 @@ Column {
             readonly property bool dim: !table.bowling && modelData.dimmed
             width: table.width
             spacing: 0
-            Label {
+            Text {
                 Layout.fillWidth: true
                 topPadding: 2
                 bottomPadding: 2
@@ -56,7 +55,7 @@ Column {
                 font.weight: line.strong ? Font.DemiBold : Font.Normal
                 color: (table.bowling ? !line.strong : line.dim) ? Theme.secondary : Theme.text
             }
-            Label {
+            Text {
                 visible: !table.bowling && line.modelData.placeholder !== ""
                 Layout.preferredWidth: 130
                 horizontalAlignment: Text.AlignRight
@@ -67,7 +66,7 @@ Column {
             }
             Repeater {
                 model: table.bowling || line.modelData.placeholder === "" ? table.columns : []
-                Label {
+                Text {
                     required property var modelData
                     required property int index
                     readonly property bool first: index === 0

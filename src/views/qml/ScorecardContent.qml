@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import ZelMenuBar
 
 // A row's scorecard: loading, its error, or the card itself.
@@ -14,15 +13,15 @@ Column {
     Row {
         visible: holder.content.state === "loading"
         spacing: 4
-        BusyIndicator { running: parent.visible; width: 18; height: 18 }
-        Label {
+        Spinner { width: 14; height: 14; anchors.verticalCenter: parent.verticalCenter }
+        Text {
             anchors.verticalCenter: parent.verticalCenter
             text: "Loading scorecard…"
             color: Theme.secondary
             font.pixelSize: 10
         }
     }
-    Label {
+    Text {
         visible: holder.content.state === "error"
         text: holder.content.error || ""
         color: Theme.secondary

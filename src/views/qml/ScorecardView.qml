@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 import ZelMenuBar
 
@@ -36,13 +35,13 @@ Column {
         Column {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 2
-            Label {
+            Text {
                 text: card.view.yetToBat ? card.view.yetToBat.name : ""
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
                 color: Theme.text
             }
-            Label { text: "Yet to bat"; font.pixelSize: 10; color: Theme.secondary }
+            Text { text: "Yet to bat"; font.pixelSize: 10; color: Theme.secondary }
         }
     }
 
@@ -50,14 +49,14 @@ Column {
         visible: card.view.yetToBat === undefined && (card.view.score || "") !== ""
         width: parent.width
         Item { Layout.fillWidth: true }
-        Label {
+        Text {
             text: card.view.score || ""
             font.family: Theme.mono
             font.pixelSize: 12
             font.bold: true
             color: Theme.text
         }
-        Label {
+        Text {
             visible: (card.view.overs || "") !== ""
             text: "(" + (card.view.overs || "") + ")"
             font.pixelSize: 10

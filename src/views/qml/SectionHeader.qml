@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 
 Rectangle {
     required property string section
@@ -7,7 +6,7 @@ Rectangle {
     implicitHeight: title.implicitHeight + 10
     color: Theme.header
 
-    Label {
+    Text {
         id: title
         anchors.left: parent.left
         anchors.leftMargin: 14

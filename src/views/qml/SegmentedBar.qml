@@ -1,31 +1,46 @@
 import QtQuick
-import QtQuick.Controls
 
-// A segmented switch that takes its colours from the desktop palette, light or dark.
-TabBar {
+// A segmented switch drawn from the desktop palette, light or dark: the selected segment is
+// raised in the base colour, the others sit on the button colour.
+Rectangle {
     id: bar
     property var labels: []
     property real fontSize: 13
-    focusPolicy: Qt.NoFocus
-    palette.window: Theme.palette.window
-    palette.windowText: Theme.palette.windowText
-    palette.button: Theme.palette.button
-    palette.buttonText: Theme.palette.buttonText
-    palette.base: Theme.palette.base
-    palette.mid: Theme.palette.mid
-    palette.dark: Theme.palette.dark
-    palette.light: Theme.palette.light
-    palette.midlight: Theme.palette.midlight
-    palette.shadow: Theme.palette.shadow
-    palette.highlight: Theme.palette.highlight
+    property int currentIndex: 0
+    implicitHeight: Math.round(fontSize * 1.6) + 4
+    radius: 5
+    color: Theme.palette.button
+    border.color: Theme.divider
 
-    Repeater {
-        model: bar.labels
-        TabButton {
-            required property string modelData
-            text: modelData
-            font.pixelSize: bar.fontSize
-            focusPolicy: Qt.NoFocus
+    Row {
+        anchors.fill: parent
+        anchors.margins: 1
+        Repeater {
+            model: bar.labels
+            Rectangle {
+                required property string modelData
+                required property int index
+                readonly property bool selected: index === bar.currentIndex
+                width: (bar.width - 2) / bar.labels.length
+                height: parent.height
+                radius: 4
+                color: selected ? Theme.palette.base : "transparent"
+                border.color: selected ? Theme.divider : "transparent"
+                Text {
+                    anchors.centerIn: parent
+                    width: parent.width - 8
+                    horizontalAlignment: Text.AlignHCenter
+                    elide: Text.ElideRight
+                    text: parent.modelData
+                    font.pixelSize: bar.fontSize
+                    font.weight: parent.selected ? Font.DemiBold : Font.Normal
+                    color: Theme.text
+                }
+                MouseArea {
+                    anchors.fill: parent
+                    onClicked: bar.currentIndex = parent.index
+                }
+            }
         }
     }
 }

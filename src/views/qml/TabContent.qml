@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import ZelMenuBar
 
 // One tab: a loading message, an error with "Retry", an empty message, or the list.
@@ -29,7 +28,7 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             text: content.message
         }
-        Button {
+        PushButton {
             objectName: "retryButton"
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Retry"
@@ -48,6 +47,7 @@ Item {
         section.criteria: ViewSection.FullString
         section.labelPositioning: ViewSection.InlineLabels | ViewSection.CurrentLabelAtStart
         section.delegate: SectionHeader {}
-        ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
     }
+
+    ScrollIndicator { flickable: list }
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import ZelMenuBar
 
 // A badge and a team's short code; the badge goes on the outer side.
@@ -19,7 +18,7 @@ Row {
         url: parent.logo
         placeholderColor: Theme.placeholder
     }
-    Label {
+    Text {
         width: parent.codeWidth
         anchors.verticalCenter: parent.verticalCenter
         text: parent.code

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Layouts
 import ZelMenuBar
 
@@ -31,41 +30,31 @@ Rectangle {
             Layout.bottomMargin: 10
             Column {
                 spacing: 1
-                Label {
+                Text {
                     text: root.controller.title
                     font.pixelSize: 13
                     font.weight: Font.DemiBold
                     color: Theme.text
                 }
-                Label {
+                Text {
                     text: root.controller.todayLabel(root.controller.revision)
                     font.pixelSize: 10
                     color: Theme.secondary
                 }
             }
             Item { Layout.fillWidth: true }
-            Label {
+            Text {
                 visible: text !== ""
                 text: root.controller.updatedLabel(root.controller.revision)
                 font.pixelSize: 10
                 color: Theme.secondary
             }
-            ToolButton {
+            PushButton {
                 objectName: "refreshButton"
-                implicitWidth: 26
-                implicitHeight: 26
                 flat: true
-                focusPolicy: Qt.NoFocus
+                symbol: "arrow.clockwise"
+                text: "Refresh"
                 onClicked: root.controller.refresh()
-                ToolTip.visible: hovered
-                ToolTip.text: "Refresh"
-                SymbolIcon {
-                    anchors.centerIn: parent
-                    width: 13
-                    height: 13
-                    name: "arrow.clockwise"
-                    color: Theme.text
-                }
             }
         }
 
