@@ -44,9 +44,6 @@ public:
     // The page at the given path of the web site; empty when that does not make a valid URL.
     static QUrl pageURL(const QString &origin, const QString &path);
 
-    PopoverWindow &popover() { return m_popover; }
-    const StatusItemSwitch &statusItem() const { return m_statusItem; }
-
 private:
     void showUpdateResult(const UpdateCheck &result);
 

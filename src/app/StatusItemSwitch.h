@@ -17,7 +17,6 @@ public:
     ~StatusItemSwitch() override;
 
     void setTitle(const QString &title) override;
-    bool usesStatusNotifierItem() const { return m_usesStatusNotifierItem; }
 
 private:
     void choose(bool watcherPresent);
