@@ -9,6 +9,8 @@ Q_LOGGING_CATEGORY(lcUpdates, "zel.updates")
 // Late enough not to compete with the first score loads.
 constexpr auto firstCheck = 10s;
 constexpr auto daily = 24h;
+// A feed lists a few releases; anything much larger is not one.
+constexpr qint64 feedLimit = 1024 * 1024;
 } // namespace
 
 UpdateChecker::UpdateChecker(QString feedURL, QString currentVersion, QObject *parent)
@@ -33,7 +35,7 @@ void UpdateChecker::check()
     if (m_checking)
         return;
     m_checking = true;
-    m_client.get(m_feedURL, [this](Result<QByteArray> body) {
+    m_client.get(m_feedURL, feedLimit, [this](Result<QByteArray> body) {
         m_checking = false;
         const UpdateCheck result =
             body.isOk() ? compare(AppcastFeed::newest(body.value()), m_currentVersion)

@@ -1,5 +1,6 @@
 #include "APIClient.h"
 
+#include "BoundedDownload.h"
 #include "MatchesResponse.h"
 
 #include <QNetworkAccessManager>
@@ -32,14 +33,15 @@ QString transportDescription(const QNetworkReply &reply)
     }
 }
 
-// Errors below the HTTP layer (connection, timeout, proxy), and any error without a status
-// line, come from the transport; the rest only restate the status code.
+// Failures below HTTP (no connection, a reset, a timeout), and any error without a status
+// line, come from the transport. Any other answer only restates its status code, whatever Qt
+// calls it: a 407 sent by the server is "HTTP 407", not a proxy failure.
 bool isTransportError(const QNetworkReply &reply, const QVariant &status)
 {
     const QNetworkReply::NetworkError error = reply.error();
     if (error == QNetworkReply::NoError)
         return false;
-    return !status.isValid() || error < QNetworkReply::ContentAccessDenied;
+    return !status.isValid() || error < QNetworkReply::ProxyConnectionRefusedError;
 }
 
 } // namespace
@@ -69,7 +71,7 @@ void APIClient::fetchResultMatches(MatchesCompletion completion)
 
 void APIClient::fetchScorecard(qint64 matchID, Completion<ZelScorecard> completion)
 {
-    fetch<ZelScorecard>(scorecardURL(matchID), std::move(completion));
+    fetch<ZelScorecard>(scorecardURL(matchID), scorecardLimit, std::move(completion));
 }
 
 QString APIClient::scorecardURL(qint64 matchID) const
@@ -79,13 +81,17 @@ QString APIClient::scorecardURL(qint64 matchID) const
 
 void APIClient::fetchMatches(const QString &path, MatchesCompletion completion)
 {
-    fetch<MatchesResponse>(m_baseURL + path, [completion = std::move(completion)](
-                                                 Result<MatchesResponse> response) {
-        completion(std::move(response).map([](MatchesResponse r) { return std::move(r.matches); }));
-    });
+    fetch<MatchesResponse>(m_baseURL + path, matchListLimit,
+                           [completion = std::move(completion)](Result<MatchesResponse> response) {
+                               completion(std::move(response).map([](MatchesResponse r) {
+                                   if (r.matches.size() > maximumMatches)
+                                       r.matches.resize(maximumMatches);
+                                   return std::move(r.matches);
+                               }));
+                           });
 }
 
-void APIClient::get(const QString &url, Completion<QByteArray> completion)
+void APIClient::get(const QString &url, qint64 maximumBytes, Completion<QByteArray> completion)
 {
     const QUrl parsed(url, QUrl::StrictMode);
     if (!parsed.isValid() || parsed.isRelative() || parsed.host().isEmpty()) {
@@ -95,22 +101,34 @@ void APIClient::get(const QString &url, Completion<QByteArray> completion)
 
     QNetworkRequest request(parsed);
     request.setTransferTimeout(static_cast<int>(m_timeout.count()));
-    QNetworkReply *reply = m_network->get(request);
-    // The client is the context: once it is gone, so is the callback.
-    connect(reply, &QNetworkReply::finished, this, [reply, completion = std::move(completion)] {
-        reply->deleteLater();
-        const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-        if (isTransportError(*reply, status)) {
-            completion(
-                ZelError{transportErrorDomain, reply->error(), transportDescription(*reply)});
-            return;
-        }
-        const int code = status.isValid() ? status.toInt() : -1;
-        QByteArray body = reply->readAll();
-        if (code < 200 || code > 299 || body.isEmpty()) {
-            completion(ZelError{errorDomain, code, QStringLiteral("HTTP %1").arg(code)});
-            return;
-        }
-        completion(std::move(body));
-    });
+    // The reply belongs to this client's manager: once the client is gone, so is the callback.
+    BoundedDownload::start(
+        m_network->get(request), {maximumBytes, 2 * m_timeout},
+        [completion = std::move(completion)](QNetworkReply &reply, BoundedDownload::Outcome outcome,
+                                             QByteArray body) {
+            switch (outcome) {
+            case BoundedDownload::Outcome::TooLarge:
+                completion(ZelError{transportErrorDomain, QNetworkReply::UnknownContentError,
+                                    QStringLiteral("The response was too large.")});
+                return;
+            case BoundedDownload::Outcome::DeadlinePassed:
+                completion(ZelError{transportErrorDomain, QNetworkReply::TimeoutError,
+                                    QStringLiteral("The request timed out.")});
+                return;
+            case BoundedDownload::Outcome::Finished:
+                break;
+            }
+            const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+            if (isTransportError(reply, status)) {
+                completion(
+                    ZelError{transportErrorDomain, reply.error(), transportDescription(reply)});
+                return;
+            }
+            const int code = status.isValid() ? status.toInt() : -1;
+            if (code < 200 || code > 299 || body.isEmpty()) {
+                completion(ZelError{errorDomain, code, QStringLiteral("HTTP %1").arg(code)});
+                return;
+            }
+            completion(std::move(body));
+        });
 }

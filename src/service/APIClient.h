@@ -8,6 +8,7 @@
 #include <chrono>
 #include <functional>
 #include <QObject>
+#include <QtConcurrentRun>
 
 class QNetworkAccessManager;
 
@@ -22,7 +23,8 @@ concept JsonDecodable = requires(const QByteArray &json)
 // The only code that talks to the score service: plain GETs, no retries, no caching.
 // Every completion is called exactly once, on this object's thread and never before the call
 // returns, except the "Invalid URL" failure, which completes at once. Completions still pending
-// when the client is destroyed are dropped.
+// when the client is destroyed are dropped. Bodies are capped in size and in total time, and
+// decoded off this thread.
 class APIClient : public QObject {
     Q_OBJECT
 
@@ -30,6 +32,12 @@ public:
     static constexpr std::chrono::milliseconds defaultTimeout{15000};
     static inline const QString errorDomain = QStringLiteral("APIClient");
     static inline const QString transportErrorDomain = QStringLiteral("Network");
+    // Far beyond anything real, small enough that a runaway server cannot hurt.
+    static constexpr qint64 matchListLimit = 8 * 1024 * 1024;
+    static constexpr qint64 scorecardLimit = 2 * 1024 * 1024;
+    // A league has a few dozen matches a season; what is past this is dropped before it reaches
+    // the lists and the title.
+    static constexpr qsizetype maximumMatches = 500;
 
     template <typename T> using Completion = std::function<void(Result<T>)>;
     using MatchesCompletion = Completion<QList<ZelMatch>>;
@@ -43,26 +51,33 @@ public:
     void fetchResultMatches(MatchesCompletion completion);
     void fetchScorecard(qint64 matchID, Completion<ZelScorecard> completion);
 
-    // Downloads the URL and decodes its body into Record.
-    template <JsonDecodable Record> void fetch(const QString &url, Completion<Record> completion)
+    // Downloads the URL and decodes its body into Record on a pool thread: a large list takes
+    // long enough to decode that the status item would stop answering meanwhile.
+    template <JsonDecodable Record>
+    void fetch(const QString &url, qint64 maximumBytes, Completion<Record> completion)
     {
-        get(url, [completion = std::move(completion)](Result<QByteArray> body) {
-            if (!body.isOk())
+        get(url, maximumBytes, [this, completion = std::move(completion)](Result<QByteArray> body) {
+            if (!body.isOk()) {
                 completion(body.error());
-            else
-                completion(Record::fromJson(body.value()));
+                return;
+            }
+            QtConcurrent::run([bytes = std::move(body).value()] {
+                return std::optional(Record::fromJson(bytes));
+            }).then(this, [completion](std::optional<Result<Record>> decoded) {
+                completion(std::move(*decoded));
+            });
         });
     }
 
     QString scorecardURL(qint64 matchID) const;
 
-    // The body of any 2xx answer, with the same timeout and error texts.
-    void get(const QString &url, Completion<QByteArray> completion);
+    // The body of any 2xx answer of at most maximumBytes, with the same timeouts and error texts.
+    void get(const QString &url, qint64 maximumBytes, Completion<QByteArray> completion);
 
 private:
     void fetchMatches(const QString &path, MatchesCompletion completion);
 
     QString m_baseURL;
-    std::chrono::milliseconds m_timeout;
+    std::chrono::milliseconds m_timeout; // of inactivity; the whole answer may take twice that
     QNetworkAccessManager *m_network;
 };

@@ -2,6 +2,8 @@
 
 #include "SpacesAndTabs.h"
 
+#include <algorithm>
+
 std::chrono::milliseconds RefreshSchedule::interval(StatusTitle::Schedule today,
                                                     const QDateTime &now)
 {
@@ -28,4 +30,12 @@ std::chrono::milliseconds RefreshSchedule::interval(StatusTitle::Schedule today,
             wait = std::min(wait, untilLead);
     }
     return wait;
+}
+
+std::chrono::milliseconds RefreshSchedule::retryAfter(int failures, std::chrono::milliseconds first)
+{
+    std::chrono::milliseconds wait = first;
+    for (int i = 1; i < failures && wait < longest; ++i)
+        wait *= 2;
+    return std::min(wait, longest);
 }

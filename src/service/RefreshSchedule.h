@@ -13,4 +13,8 @@ public:
     static constexpr std::chrono::milliseconds lead{1'800'000}; // poll closely from 30 min out
 
     static std::chrono::milliseconds interval(StatusTitle::Schedule today, const QDateTime &now);
+    // How long to wait after the given number of failed loads in a row: the first wait,
+    // doubling each time, never longer than the idle interval.
+    static std::chrono::milliseconds retryAfter(int failures,
+                                                std::chrono::milliseconds first = live);
 };

@@ -2,7 +2,6 @@
 
 #include "ImageCache.h"
 #include "LeagueCalendar.h"
-#include "RefreshSchedule.h"
 
 #include <algorithm>
 #include <QDBusConnection>
@@ -35,6 +34,7 @@ struct TodayViewModel::ListLoad {
     void (TodayViewModel::*errorChanged)();
     void (APIClient::*request)(APIClient::MatchesCompletion);
     void (TodayViewModel::*loaded)(QList<ZelMatch>);
+    void (TodayViewModel::*failed)(const QString &description);
 };
 
 TodayViewModel::TodayViewModel(Setup setup, QObject *parent)
@@ -80,6 +80,8 @@ void TodayViewModel::load(const ListLoad &list)
             if (!result.isOk()) {
                 self->*list.error = result.error().description;
                 emit(self->*list.errorChanged)();
+                if (list.failed)
+                    (self->*list.failed)(self->*list.error);
                 return;
             }
             (self->*list.loaded)(std::move(result).value());
@@ -91,21 +93,21 @@ void TodayViewModel::fetchToday()
 {
     load({&TodayViewModel::m_isLoading, &TodayViewModel::isLoadingChanged, &TodayViewModel::m_error,
           &TodayViewModel::errorChanged, &APIClient::fetchTodayMatches,
-          &TodayViewModel::todayLoaded});
+          &TodayViewModel::todayLoaded, &TodayViewModel::todayFailed});
 }
 
 void TodayViewModel::fetchFixtures()
 {
     load({&TodayViewModel::m_isLoadingFixtures, &TodayViewModel::isLoadingFixturesChanged,
           &TodayViewModel::m_fixturesError, &TodayViewModel::fixturesErrorChanged,
-          &APIClient::fetchUpcomingMatches, &TodayViewModel::fixturesLoaded});
+          &APIClient::fetchUpcomingMatches, &TodayViewModel::fixturesLoaded, nullptr});
 }
 
 void TodayViewModel::fetchResults()
 {
     load({&TodayViewModel::m_isLoadingResults, &TodayViewModel::isLoadingResultsChanged,
           &TodayViewModel::m_resultsError, &TodayViewModel::resultsErrorChanged,
-          &APIClient::fetchResultMatches, &TodayViewModel::resultsLoaded});
+          &APIClient::fetchResultMatches, &TodayViewModel::resultsLoaded, nullptr});
 }
 
 void TodayViewModel::todayLoaded(QList<ZelMatch> list)
@@ -115,10 +117,34 @@ void TodayViewModel::todayLoaded(QList<ZelMatch> list)
     emit matchesChanged();
     m_lastUpdated = m_setup.clock();
     emit lastUpdatedChanged();
+    m_todayFailures = 0;
+    m_lastTodayFailure.clear();
     prefetchLogos(m_matches);
     updateStatusBar();
     refreshLiveScorecards(m_matches);
     scheduleAutoRefresh();
+    updateOffline();
+}
+
+// One failed reload must not stop the title for good: try again soon, then less and less often.
+void TodayViewModel::todayFailed(const QString &description)
+{
+    ++m_todayFailures;
+    const bool newReason = description != m_lastTodayFailure;
+    m_lastTodayFailure = description;
+    m_autoRefreshTimer.start(RefreshSchedule::retryAfter(m_todayFailures, m_setup.firstRetry));
+    updateOffline(newReason);
+}
+
+void TodayViewModel::updateOffline(bool reasonChanged)
+{
+    const bool stale = m_todayFailures > 0 &&
+                       (!m_lastUpdated.isValid() || m_lastUpdated.msecsTo(m_setup.clock()) >
+                                                        (m_refreshInterval + offlineGrace).count());
+    if (stale == m_isOffline && !(stale && reasonChanged))
+        return;
+    m_isOffline = stale;
+    emit offlineChanged();
 }
 
 void TodayViewModel::fixturesLoaded(QList<ZelMatch> list)
@@ -159,28 +185,44 @@ void TodayViewModel::fetchScorecard(qint64 matchID)
         return;
     m_loadingScorecards.insert(matchID);
     emit loadingScorecardsChanged();
-    m_client.fetchScorecard(matchID, [self = QPointer(this), matchID](Result<ZelScorecard> result) {
-        if (!self)
-            return;
-        later(self, [self, matchID, result = std::move(result)]() mutable {
-            self->m_loadingScorecards.remove(matchID);
-            emit self->loadingScorecardsChanged();
-            if (result.isOk()) {
-                self->m_scorecards.insert(matchID, std::move(result).value());
-                emit self->scorecardsChanged();
-            } else {
-                self->m_scorecardErrors.insert(matchID, result.error().description);
-                emit self->scorecardErrorsChanged();
-            }
-        });
-    });
+    m_waitingScorecards.append(matchID);
+    startScorecardRequests();
+}
+
+void TodayViewModel::startScorecardRequests()
+{
+    while (m_scorecardRequests < maximumScorecardRequests && !m_waitingScorecards.isEmpty()) {
+        const qint64 matchID = m_waitingScorecards.takeFirst();
+        ++m_scorecardRequests;
+        m_client.fetchScorecard(
+            matchID, [self = QPointer(this), matchID](Result<ZelScorecard> result) {
+                if (!self)
+                    return;
+                later(self, [self, matchID, result = std::move(result)]() mutable {
+                    --self->m_scorecardRequests;
+                    self->m_loadingScorecards.remove(matchID);
+                    emit self->loadingScorecardsChanged();
+                    if (result.isOk()) {
+                        self->m_scorecards.insert(matchID, std::move(result).value());
+                        emit self->scorecardsChanged();
+                    } else {
+                        self->m_scorecardErrors.insert(matchID, result.error().description);
+                        emit self->scorecardErrorsChanged();
+                    }
+                    self->startScorecardRequests();
+                });
+            });
+    }
 }
 
 void TodayViewModel::refreshLiveScorecards(const QList<ZelMatch> &list)
 {
+    qsizetype refetched = 0;
     for (const ZelMatch &match : list) {
         if (!match.isLive() || m_loadingScorecards.contains(match.matchID))
             continue;
+        if (++refetched > maximumLiveRefetches)
+            break;
         if (m_scorecards.remove(match.matchID))
             emit scorecardsChanged();
         if (m_scorecardErrors.remove(match.matchID))
@@ -220,7 +262,8 @@ std::chrono::milliseconds TodayViewModel::autoRefreshInterval() const
 void TodayViewModel::scheduleAutoRefresh()
 {
     m_autoRefreshTimer.stop();
-    m_autoRefreshTimer.start(autoRefreshInterval());
+    m_refreshInterval = autoRefreshInterval();
+    m_autoRefreshTimer.start(m_refreshInterval);
 }
 
 void TodayViewModel::systemDidWake()
@@ -249,6 +292,7 @@ void TodayViewModel::tick()
         m_sinceLastTick.restart();
     }
     updateStatusBar();
+    updateOffline();
 }
 
 void TodayViewModel::resetSleepWatch()

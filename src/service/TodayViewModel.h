@@ -1,6 +1,7 @@
 #pragma once
 
 #include "APIClient.h"
+#include "RefreshSchedule.h"
 #include "StatusTitle.h"
 #include "ZelMatch.h"
 #include "ZelScorecard.h"
@@ -35,6 +36,8 @@ class TodayViewModel : public QObject {
     Q_PROPERTY(ScorecardMap scorecards READ scorecards NOTIFY scorecardsChanged)
     Q_PROPERTY(ErrorMap scorecardErrors READ scorecardErrors NOTIFY scorecardErrorsChanged)
     Q_PROPERTY(IdSet loadingScorecards READ loadingScorecards NOTIFY loadingScorecardsChanged)
+    Q_PROPERTY(bool isOffline READ isOffline NOTIFY offlineChanged)
+    Q_PROPERTY(QString offlineReason READ offlineReason NOTIFY offlineChanged)
 
 public:
     using Clock = std::function<QDateTime()>;
@@ -48,11 +51,18 @@ public:
         ImageCache *logos = nullptr; // the shared cache when not given
         std::chrono::milliseconds requestTimeout = APIClient::defaultTimeout;
         bool watchSystemSleep = true; // logind's PrepareForSleep on the system bus
+        // The wait after the first failed load of today; it doubles with each further failure.
+        std::chrono::milliseconds firstRetry = RefreshSchedule::live;
     };
 
     static constexpr std::chrono::milliseconds tickInterval{60'000};
     // A wall clock that ran this much further than the monotonic one means the machine slept.
     static constexpr std::chrono::milliseconds sleepThreshold{30'000};
+    // Today's data counts as out of date this long after its next refresh was due.
+    static constexpr std::chrono::milliseconds offlineGrace{60'000};
+    // A list full of live matches must not turn into a flood of scorecard requests.
+    static constexpr qsizetype maximumScorecardRequests = 4;
+    static constexpr qsizetype maximumLiveRefetches = 8;
 
     // Starts loading today's matches and the fixtures at once.
     explicit TodayViewModel(Setup setup, QObject *parent = nullptr);
@@ -73,6 +83,10 @@ public:
     const ScorecardMap &scorecards() const { return m_scorecards; }
     const ErrorMap &scorecardErrors() const { return m_scorecardErrors; }
     const IdSet &loadingScorecards() const { return m_loadingScorecards; }
+    // Today's matches could not be reloaded for longer than their refresh interval and a
+    // minute; the reason is the last failure's description.
+    bool isOffline() const { return m_isOffline; }
+    const QString &offlineReason() const { return m_lastTodayFailure; }
 
     bool isAutoRefreshPending() const { return m_autoRefreshTimer.isActive(); }
     std::chrono::milliseconds autoRefreshInterval() const;
@@ -106,6 +120,7 @@ signals:
     void scorecardsChanged();
     void scorecardErrorsChanged();
     void loadingScorecardsChanged();
+    void offlineChanged();
 
 private slots:
     void prepareForSleep(bool sleeping);
@@ -118,6 +133,9 @@ private:
     void todayLoaded(QList<ZelMatch> list);
     void fixturesLoaded(QList<ZelMatch> list);
     void resultsLoaded(QList<ZelMatch> list);
+    void todayFailed(const QString &description);
+    void updateOffline(bool reasonChanged = false);
+    void startScorecardRequests();
     void resetSleepWatch();
 
     Setup m_setup;
@@ -139,7 +157,14 @@ private:
     QDateTime m_lastUpdated;
     ScorecardMap m_scorecards;
     ErrorMap m_scorecardErrors;
-    IdSet m_loadingScorecards;
+    IdSet m_loadingScorecards; // in flight or waiting for a free request
+    QList<qint64> m_waitingScorecards;
+    qsizetype m_scorecardRequests = 0;
+
+    int m_todayFailures = 0; // in a row
+    QString m_lastTodayFailure;
+    std::chrono::milliseconds m_refreshInterval{0}; // chosen after the last success
+    bool m_isOffline = false;
 
     QTimer m_autoRefreshTimer;
     QTimer m_ticker;

@@ -191,7 +191,8 @@ private slots:
         QFETCH(int, outcome);
         QFETCH(QString, detail);
         FixtureServer server;
-        server.script(u"/appcast.xml"_s, {status, body, {}, false, "application/rss+xml"});
+        server.script(u"/appcast.xml"_s,
+                      {status, body, {}, FixtureResponse::Delivery::Whole, "application/rss+xml"});
         UpdateChecker checker(server.baseURL() + u"/appcast.xml"_s, u"1.4"_s);
         QSignalSpy checked(&checker, &UpdateChecker::checked);
         checker.check();

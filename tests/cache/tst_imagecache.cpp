@@ -88,7 +88,8 @@ private slots:
         QDir().mkpath(m_root.path());
         m_folder = m_root.filePath("ZelMenuBar/logos");
         m_server = std::make_unique<FixtureServer>();
-        m_server->scriptDefault({200, encoded("PNG"), {}, false, "image/png"});
+        m_server->scriptDefault(
+            {200, encoded("PNG"), {}, FixtureResponse::Delivery::Whole, "image/png"});
     }
 
     void formatsDecodeAndLandOnDisk_data()
@@ -157,7 +158,8 @@ private slots:
         QTest::newRow("empty body") << FixtureResponse{200, {}};
         QTest::newRow("truncated PNG") << FixtureResponse{200, encoded("PNG").left(40)};
         QTest::newRow("20000 x 20000 PNG") << FixtureResponse{200, pngClaiming(20000, 20000)};
-        QTest::newRow("dropped connection") << FixtureResponse{200, encoded("PNG"), {}, true};
+        QTest::newRow("dropped connection")
+            << FixtureResponse{200, encoded("PNG"), {}, FixtureResponse::Delivery::DropMidBody};
     }
 
     void rejectedBodiesAreNeverWritten()

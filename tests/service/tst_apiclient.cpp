@@ -58,6 +58,8 @@ private slots:
         QTest::newRow("404 with a JSON body")
             << 404 << QByteArray(R"({"error":"no"})") << "HTTP 404";
         QTest::newRow("400") << 400 << QByteArray() << "HTTP 400";
+        QTest::newRow("401") << 401 << twoMatches << "HTTP 401";
+        QTest::newRow("407 from the server, not a proxy") << 407 << twoMatches << "HTTP 407";
         QTest::newRow("503") << 503 << twoMatches << "HTTP 503";
         QTest::newRow("200 without a body") << 200 << QByteArray() << "HTTP 200";
         QTest::newRow("204") << 204 << QByteArray() << "HTTP 204";
@@ -165,8 +167,17 @@ private slots:
 
         QTest::newRow("answer slower than the timeout")
             << FixtureResponse{200, twoMatches, 3s} << "The request timed out.";
+        using Delivery = FixtureResponse::Delivery;
         QTest::newRow("connection dropped mid-body")
-            << FixtureResponse{200, twoMatches, 0ms, true} << "The network connection was lost.";
+            << FixtureResponse{200, twoMatches, 0ms, Delivery::DropMidBody}
+            << "The network connection was lost.";
+        QTest::newRow("endless body") << FixtureResponse{200, twoMatches, 0ms, Delivery::Endless}
+                                      << "The response was too large.";
+        QTest::newRow("a gigabyte declared")
+            << FixtureResponse{200, twoMatches, 0ms, Delivery::DeclaredHuge}
+            << "The response was too large.";
+        QTest::newRow("body trickling in, byte by byte, past the deadline")
+            << FixtureResponse{200, twoMatches, 0ms, Delivery::Trickle} << "The request timed out.";
     }
 
     void transportFailures()
@@ -216,7 +227,7 @@ private slots:
         APIClient client;
         int calls = 0;
         std::optional<Result<MatchesResponse>> result;
-        client.fetch<MatchesResponse>(url, [&](Result<MatchesResponse> r) {
+        client.fetch<MatchesResponse>(url, 1024, [&](Result<MatchesResponse> r) {
             ++calls;
             result = std::move(r);
         });

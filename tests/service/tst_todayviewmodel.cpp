@@ -81,15 +81,16 @@ private slots:
         QCOMPARE(m_server->requestCount("/api/matches/today"), 1);
     }
 
-    void failedLoadKeepsTheLastGoodData()
+    void failedLoadKeepsTheLastGoodDataAndRetriesByItself()
     {
+        m_rig->firstRetry = 150ms;
         auto model = makeModel();
         QVERIFY(settled(*model));
         const QDateTime loadedAt = model->lastUpdated();
         const QString title = model->statusBarTitle();
         model->invalidateAutoRefresh();
 
-        m_rig->now = m_rig->now.addSecs(600);
+        m_rig->now = m_rig->now.addSecs(60); // within the 30 s interval and the minute's grace
         m_server->script("/api/matches/today", {503, "{}"});
         model->fetchToday();
         QVERIFY(model->error().isEmpty());
@@ -98,14 +99,58 @@ private slots:
         QCOMPARE(idsOf(model->matches()), (QList<qint64>{7, 8}));
         QCOMPARE(model->lastUpdated(), loadedAt);
         QCOMPARE(model->statusBarTitle(), title);
-        QVERIFY2(!model->isAutoRefreshPending(), "a failure must not re-arm the refresh");
+        QVERIFY(!model->isOffline());
+
+        // The next failures come without anyone asking, and the data is now out of date.
+        m_rig->now = m_rig->now.addSecs(31);
+        QSignalSpy offline(model.get(), &TodayViewModel::offlineChanged);
+        QTRY_VERIFY(m_server->requestCount("/api/matches/today") >= 3);
+        QVERIFY(model->isOffline());
+        QCOMPARE(model->offlineReason(), QStringLiteral("HTTP 503"));
+        QCOMPARE(offline.count(), 1);
 
         m_server->script("/api/matches/today", {200, quietToday});
-        model->fetchToday();
+        QTRY_COMPARE_WITH_TIMEOUT(idsOf(model->matches()), QList<qint64>{9}, 5000);
         QVERIFY(model->error().isEmpty());
-        QVERIFY(settled(*model));
-        QVERIFY(model->isAutoRefreshPending());
+        QVERIFY(!model->isOffline());
         QCOMPARE(model->lastUpdated(), m_rig->now);
+        QCOMPARE(model->autoRefreshInterval(), 600s);
+    }
+
+    void retryWaitsDoubleUpToTheIdleInterval_data()
+    {
+        QTest::addColumn<int>("failures");
+        QTest::addColumn<int>("seconds");
+        QTest::newRow("first") << 1 << 30;
+        QTest::newRow("second") << 2 << 60;
+        QTest::newRow("fifth") << 5 << 480;
+        QTest::newRow("sixth reaches the idle interval") << 6 << 600;
+        QTest::newRow("hundredth") << 100 << 600;
+    }
+
+    void retryWaitsDoubleUpToTheIdleInterval()
+    {
+        QFETCH(int, failures);
+        QFETCH(int, seconds);
+        QCOMPARE(RefreshSchedule::retryAfter(failures), std::chrono::seconds(seconds));
+    }
+
+    void floodOfLiveMatchesStartsFewScorecardRequests()
+    {
+        QByteArray body = R"({"matches": [)";
+        for (int id = 1; id <= 3000; ++id)
+            body += (id > 1 ? "," : "") + QByteArray(R"({"matchID": )") + QByteArray::number(id) +
+                    R"(, "status": "live"})";
+        m_server->script("/api/matches/today", {200, body + "]}"});
+        m_server->scriptDefault({200, scorecard, 100ms});
+        auto model = makeModel();
+        QTRY_VERIFY(!model->matches().isEmpty());
+        QCOMPARE(model->matches().size(), APIClient::maximumMatches);
+        QVERIFY(model->loadingScorecards().size() <= TodayViewModel::maximumLiveRefetches);
+        QVERIFY(settled(*model));
+        QCOMPARE(model->scorecards().size(), TodayViewModel::maximumLiveRefetches);
+        QCOMPARE(m_server->requestedPaths().filter("/scorecard").size(),
+                 TodayViewModel::maximumLiveRefetches);
     }
 
     void refreshIntervalFollowsToday()

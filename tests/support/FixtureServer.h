@@ -8,10 +8,18 @@
 
 // One scripted answer of the fixture server.
 struct FixtureResponse {
+    enum class Delivery {
+        Whole,
+        DropMidBody,  // announce the full length, send half, close
+        Endless,      // no length, and the body repeated for as long as the client reads
+        Trickle,      // the body one byte every 50 ms
+        DeclaredHuge, // announce a gigabyte, send the body, keep the connection open
+    };
+
     int status = 200;
     QByteArray body; // empty: no body at all
     std::chrono::milliseconds delay{0};
-    bool dropMidBody = false; // announce the full length, send half, close
+    Delivery delivery = Delivery::Whole;
     QByteArray contentType = "application/json";
 };
 

@@ -18,6 +18,7 @@ std::unique_ptr<TodayViewModel> StateRig::makeModel()
     setup.logos = m_logos.get();
     setup.requestTimeout = 2s;
     setup.watchSystemSleep = false;
+    setup.firstRetry = firstRetry;
     return std::make_unique<TodayViewModel>(setup);
 }
 

@@ -19,6 +19,7 @@ public:
     static bool settled(const TodayViewModel &model);
 
     QDateTime now = QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
+    std::chrono::milliseconds firstRetry = RefreshSchedule::live;
 
 private:
     QTemporaryDir m_logoDir;
