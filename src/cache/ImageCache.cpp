@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QStandardPaths>
 
+using namespace Qt::Literals::StringLiterals;
+
 ImageCache &ImageCache::shared()
 {
     static ImageCache cache([] {
@@ -39,12 +41,26 @@ QString ImageCache::keyFor(const QUrl &url)
     return url.fileName(QUrl::FullyDecoded);
 }
 
+QImage ImageCache::image(const QString &key) const
+{
+    const QImage *image = m_memory.object(key);
+    return image ? *image : QImage();
+}
+
+struct ImageCache::Group {
+    qsizetype outstanding;
+    std::function<void()> completion;
+};
+
 void ImageCache::prefetch(const QList<QUrl> &urls, std::function<void()> completion)
 {
     QList<std::pair<QUrl, QString>> needed;
     for (const QUrl &url : urls) {
+        // Anything but the web would read local files or run scheme handlers.
+        if (url.scheme() != "http"_L1 && url.scheme() != "https"_L1)
+            continue;
         QString key = keyFor(url);
-        if (!m_memory.contains(key))
+        if (!m_memory.contains(key) && !recentlyFailed(key))
             needed.append({url, std::move(key)});
     }
     if (needed.isEmpty()) {
@@ -53,18 +69,43 @@ void ImageCache::prefetch(const QList<QUrl> &urls, std::function<void()> complet
         return;
     }
 
-    struct Group {
-        qsizetype outstanding;
-        std::function<void()> completion;
-    };
     auto group = std::make_shared<Group>(Group{needed.size(), std::move(completion)});
-    for (const auto &job : needed) {
-        const QString &key = job.second;
-        m_worker->submit({job.first, key, [this, group, key](std::optional<QImage> image) {
-                              if (image)
-                                  m_memory.insert(key, *image);
-                              if (--group->outstanding == 0 && group->completion)
-                                  group->completion();
-                          }});
+    for (const auto &[url, key] : needed) {
+        // One download per logo, however many prefetches ask for it meanwhile.
+        const bool underWay = m_pending.contains(key);
+        m_pending[key].append(group);
+        if (!underWay) {
+            m_worker->submit(
+                {url, key, [this, key](std::optional<QImage> image) { stored(key, image); }});
+        }
     }
+}
+
+void ImageCache::stored(const QString &key, const std::optional<QImage> &image)
+{
+    if (image) {
+        m_memory.insert(key, new QImage(*image), qMax<qsizetype>(1, image->sizeInBytes()));
+    } else {
+        // Many distinct failing logos must not grow this without end either.
+        if (m_failed.size() >= 1024)
+            m_failed.removeIf([](const auto &entry) { return entry.value().hasExpired(); });
+        if (m_failed.size() >= 1024)
+            m_failed.clear();
+        m_failed.insert(key, QDeadlineTimer(failureMemory));
+    }
+    for (const std::shared_ptr<Group> &group : m_pending.take(key)) {
+        if (--group->outstanding == 0 && group->completion)
+            group->completion();
+    }
+}
+
+bool ImageCache::recentlyFailed(const QString &key)
+{
+    const auto failure = m_failed.constFind(key);
+    if (failure == m_failed.cend())
+        return false;
+    if (!failure->hasExpired())
+        return true;
+    m_failed.erase(failure);
+    return false;
 }

@@ -1,20 +1,31 @@
 #include "LogoWorker.h"
 
+#include "BoundedDownload.h"
+#include "SvgBudget.h"
+
 #include <QBuffer>
-#include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QImageReader>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QSaveFile>
 
+using namespace Qt::Literals::StringLiterals;
+
 LogoWorker::LogoWorker(QString cacheDir, QObject *receiver)
     : m_cacheDir(std::move(cacheDir))
     , m_receiver(receiver)
 {
-    setObjectName(QStringLiteral("ZelMenuBar.ImageCache"));
-    start(QThread::LowPriority);
+    m_thread.setObjectName(u"ZelMenuBar.ImageCache"_s);
+    moveToThread(&m_thread);
+    connect(&m_thread, &QThread::started, this,
+            [this] { m_network = new QNetworkAccessManager(this); });
+    connect(&m_thread, &QThread::finished, this, [this] {
+        delete m_network; // aborts what is still downloading, without calling back
+        m_network = nullptr;
+        m_waiting.clear();
+    });
+    m_thread.start(QThread::LowPriority);
 }
 
 LogoWorker::~LogoWorker()
@@ -24,46 +35,15 @@ LogoWorker::~LogoWorker()
 
 void LogoWorker::stop()
 {
-    {
-        QMutexLocker lock(&m_mutex);
-        m_stopping = true;
-        m_jobs.clear();
-    }
-    m_jobsAvailable.wakeOne();
-    quit(); // also ends a download's event loop, so that stopping never waits for the network
-    wait();
+    m_thread.quit();
+    m_thread.wait();
 }
 
 void LogoWorker::submit(Job job)
 {
-    {
-        QMutexLocker lock(&m_mutex);
-        m_jobs.push_back(std::move(job));
-    }
-    m_jobsAvailable.wakeOne();
-}
-
-std::optional<LogoWorker::Job> LogoWorker::nextJob()
-{
-    QMutexLocker lock(&m_mutex);
-    while (m_jobs.empty() && !m_stopping)
-        m_jobsAvailable.wait(&m_mutex);
-    if (m_stopping)
-        return std::nullopt;
-    Job job = std::move(m_jobs.front());
-    m_jobs.pop_front();
-    return job;
-}
-
-void LogoWorker::run()
-{
-    QNetworkAccessManager network;
-    while (std::optional<Job> job = nextJob()) {
-        std::optional<QImage> image = load(*job, network);
-        QMetaObject::invokeMethod(
-            m_receiver, [done = std::move(job->done), image = std::move(image)] { done(image); },
-            Qt::QueuedConnection);
-    }
+    QMetaObject::invokeMethod(
+        this, [this, job = std::move(job)]() mutable { run(std::move(job)); },
+        Qt::QueuedConnection);
 }
 
 bool LogoWorker::isStorableKey(const QString &key)
@@ -79,55 +59,73 @@ std::optional<QImage> LogoWorker::decode(const QByteArray &bytes)
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
+    // Compressed SVG cannot be looked at before it is drawn, so it is not drawn at all.
+    if (const QByteArray format = reader.format(); format.startsWith("svg")) {
+        if (format != "svg" || bytes.size() > maximumSvgBytes || !SvgBudget::allows(bytes))
+            return std::nullopt;
+    }
     // The header's size decides, so that a small file claiming a huge image is never inflated.
     const QSize size = reader.size();
     if (!size.isValid() || size.width() > maximumSide || size.height() > maximumSide)
         return std::nullopt;
+    if (size.width() > badgeSide || size.height() > badgeSide)
+        reader.setScaledSize(size.scaled(badgeSide, badgeSide, Qt::KeepAspectRatio));
     QImage image = reader.read();
     if (image.isNull())
         return std::nullopt;
     return image;
 }
 
-std::optional<QImage> LogoWorker::load(const Job &job, QNetworkAccessManager &network)
+void LogoWorker::run(Job job)
 {
-    const bool storable = isStorableKey(job.key);
-    const QString path = m_cacheDir + u'/' + job.key;
-    if (storable) {
-        QFile file(path);
+    if (isStorableKey(job.key)) {
+        QFile file(m_cacheDir + u'/' + job.key);
         if (file.size() <= maximumDownloadBytes && file.open(QIODevice::ReadOnly)) {
-            if (auto image = decode(file.readAll()))
-                return image;
+            if (auto image = decode(file.readAll())) {
+                deliver(job, std::move(image));
+                return;
+            }
         }
     }
+    m_waiting.push_back(std::move(job));
+    startDownloads();
+}
 
-    const QByteArray bytes = download(job.url, network);
-    auto image = decode(bytes);
-    if (image && storable) {
-        QSaveFile file(path);
+void LogoWorker::startDownloads()
+{
+    while (m_network && m_downloads < concurrentDownloads && !m_waiting.empty()) {
+        Job job = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        QNetworkRequest request(job.url);
+        request.setTransferTimeout(int(stallTimeout.count()));
+        ++m_downloads;
+        BoundedDownload::start(m_network->get(request), {maximumDownloadBytes, downloadDeadline},
+                               [this, job = std::move(job)](QNetworkReply &reply,
+                                                            BoundedDownload::Outcome outcome,
+                                                            QByteArray bytes) mutable {
+                                   --m_downloads;
+                                   const bool ok = outcome == BoundedDownload::Outcome::Finished &&
+                                                   reply.error() == QNetworkReply::NoError;
+                                   downloaded(std::move(job), ok ? std::move(bytes) : QByteArray());
+                                   startDownloads();
+                               });
+    }
+}
+
+void LogoWorker::downloaded(Job job, QByteArray bytes)
+{
+    std::optional<QImage> image = decode(bytes);
+    if (image && isStorableKey(job.key)) {
+        QSaveFile file(m_cacheDir + u'/' + job.key);
         if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size())
             file.commit();
     }
-    return image;
+    deliver(job, std::move(image));
 }
 
-QByteArray LogoWorker::download(const QUrl &url, QNetworkAccessManager &network)
+void LogoWorker::deliver(Job &job, std::optional<QImage> image)
 {
-    QNetworkRequest request(url);
-    // A stalled server must not hold up every other logo behind it.
-    request.setTransferTimeout(30000);
-    QNetworkReply *reply = network.get(request);
-    QEventLoop loop;
-    connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64) {
-        if (received > maximumDownloadBytes)
-            reply->abort();
-    });
-    if (!reply->isFinished())
-        loop.exec();
-    const QByteArray bytes = reply->isFinished() && reply->error() == QNetworkReply::NoError
-                                 ? reply->readAll()
-                                 : QByteArray();
-    delete reply;
-    return bytes;
+    QMetaObject::invokeMethod(
+        m_receiver, [done = std::move(job.done), image = std::move(image)] { done(image); },
+        Qt::QueuedConnection);
 }

@@ -1,19 +1,20 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <optional>
 #include <QImage>
-#include <QMutex>
+#include <QObject>
 #include <QThread>
 #include <QUrl>
-#include <QWaitCondition>
 
 class QNetworkAccessManager;
 
-// The logo cache's one background thread: for each job, in submission order, the disk first,
-// then the network, then decoding, then writing the file.
-class LogoWorker : public QThread {
+// The logo cache's background thread: for each logo, the disk first, then the network, then
+// decoding at badge size, then writing the file. Several downloads run at once, each bounded
+// in size and time, so that one slow or endless logo cannot hold up the others.
+class LogoWorker : public QObject {
     Q_OBJECT
 
 public:
@@ -24,31 +25,37 @@ public:
         std::function<void(std::optional<QImage>)> done;
     };
 
-    static constexpr qint64 maximumDownloadBytes = 4 * 1024 * 1024;
+    static constexpr qint64 maximumDownloadBytes = 1024 * 1024;
+    static constexpr qint64 maximumSvgBytes = 256 * 1024;
     static constexpr int maximumSide = 2048; // larger images are refused before decoding
+    // A badge is 22 points; this covers screens up to about three device pixels a point.
+    static constexpr int badgeSide = 64;
+    static constexpr int concurrentDownloads = 4;
+    static constexpr std::chrono::milliseconds stallTimeout{10'000};
+    static constexpr std::chrono::milliseconds downloadDeadline{20'000};
 
     LogoWorker(QString cacheDir, QObject *receiver);
     ~LogoWorker() override;
-    // Drops waiting jobs and ends the thread; the job under way is finished first.
+    // Drops waiting jobs and ends the thread at once; no download is waited for.
     void stop();
 
     void submit(Job job);
     // True when the key can safely name a file inside the cache folder.
     static bool isStorableKey(const QString &key);
+    // The image scaled down to fit a badge, or nothing for what is not a cheap, sane image.
     static std::optional<QImage> decode(const QByteArray &bytes);
 
-protected:
-    void run() override;
-
 private:
-    std::optional<Job> nextJob();
-    std::optional<QImage> load(const Job &job, QNetworkAccessManager &network);
-    QByteArray download(const QUrl &url, QNetworkAccessManager &network);
+    void run(Job job);
+    void startDownloads();
+    void downloaded(Job job, QByteArray bytes);
+    void deliver(Job &job, std::optional<QImage> image);
 
     const QString m_cacheDir;
     QObject *const m_receiver;
-    QMutex m_mutex;
-    QWaitCondition m_jobsAvailable;
-    std::deque<Job> m_jobs;
-    bool m_stopping = false;
+    QThread m_thread;
+    // Only touched on m_thread.
+    QNetworkAccessManager *m_network = nullptr;
+    std::deque<Job> m_waiting;
+    int m_downloads = 0;
 };

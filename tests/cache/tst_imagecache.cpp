@@ -1,5 +1,7 @@
 #include "FixtureServer.h"
 #include "ImageCache.h"
+#include "LogoWorker.h"
+#include "SvgBudget.h"
 
 #include <QBuffer>
 #include <QDirIterator>
@@ -50,6 +52,26 @@ QByteArray pngClaiming(quint32 width, quint32 height)
 
 const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'>"
                        "<circle cx='20' cy='20' r='18' fill='#1f5fa8'/></svg>";
+
+QByteArray svgWith(const QByteArray &content)
+{
+    return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+           "width='40' height='40'>" +
+           content + "</svg>";
+}
+
+// Ten levels of ten references each: ten billion circles from a kilobyte.
+QByteArray svgBomb()
+{
+    QByteArray defs = "<defs><circle id='l0' cx='20' cy='20' r='18'/>";
+    for (int level = 1; level <= 10; ++level) {
+        defs += "<g id='l" + QByteArray::number(level) + "'>";
+        for (int i = 0; i < 10; ++i)
+            defs += "<use xlink:href='#l" + QByteArray::number(level - 1) + "'/>";
+        defs += "</g>";
+    }
+    return svgWith(defs + "</defs><use xlink:href='#l10'/>");
+}
 
 // Runs a prefetch and waits for its completion.
 bool prefetched(ImageCache &cache, const QList<QUrl> &urls)
@@ -160,6 +182,14 @@ private slots:
         QTest::newRow("20000 x 20000 PNG") << FixtureResponse{200, pngClaiming(20000, 20000)};
         QTest::newRow("dropped connection")
             << FixtureResponse{200, encoded("PNG"), {}, FixtureResponse::Delivery::DropMidBody};
+        QTest::newRow("endless body")
+            << FixtureResponse{200, encoded("PNG"), {}, FixtureResponse::Delivery::Endless};
+        QTest::newRow("SVG of ten billion circles") << FixtureResponse{200, svgBomb()};
+        QTest::newRow("SVG reading a local file")
+            << FixtureResponse{200, svgWith("<image xlink:href='/etc/hostname' width='9' "
+                                            "height='9'/>")};
+        QTest::newRow("SVG over 256 KiB")
+            << FixtureResponse{200, svgWith("<!--" + QByteArray(300 * 1024, 'x') + "-->")};
     }
 
     void rejectedBodiesAreNeverWritten()
@@ -171,9 +201,93 @@ private slots:
         QVERIFY(!cache.contains("bad.png"));
         QVERIFY(filesUnder(m_root.path()).isEmpty());
 
-        // Nothing is remembered about the failure: the next prefetch asks again.
+        // The failure is remembered: the next prefetch does not ask again.
         QVERIFY(prefetched(cache, {url("/logos/bad.png")}));
-        QCOMPARE(m_server->requestCount("/logos/bad.png"), 2);
+        QCOMPARE(m_server->requestCount("/logos/bad.png"), 1);
+    }
+
+    void svgBudget_data()
+    {
+        QTest::addColumn<QByteArray>("svg");
+        QTest::addColumn<bool>("allowed");
+        QByteArray shapes;
+        for (int i = 0; i < 2000; ++i)
+            shapes += "<rect width='1' height='1'/>";
+        QByteArray nested;
+        for (int i = 0; i < 70; ++i)
+            nested += "<g>";
+        QTest::newRow("a circle") << svg << true;
+        QTest::newRow("a shape used three times")
+            << svgWith("<defs><g id='s'>" + shapes +
+                       "</g></defs><use xlink:href='#s'/>"
+                       "<use href='#s'/><use xlink:href='#s'/>")
+            << true;
+        QTest::newRow("a shape used four times, past the budget")
+            << svgWith("<defs><g id='s'>" + shapes +
+                       "</g></defs><use xlink:href='#s'/>"
+                       "<use href='#s'/><use xlink:href='#s'/><use xlink:href='#s'/>")
+            << false;
+        QTest::newRow("nested references") << svgBomb() << false;
+        QTest::newRow("a reference cycle")
+            << svgWith("<g id='a'><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g>")
+            << false;
+        QTest::newRow("70 levels deep") << svgWith(nested + nested.replace("<", "</")) << false;
+        QTest::newRow("not XML") << QByteArray("<svg><g></svg>") << false;
+    }
+
+    void svgBudget()
+    {
+        QFETCH(QByteArray, svg);
+        QTEST(SvgBudget::allows(svg), "allowed");
+    }
+
+    void onlyWebLogosAreFetched_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::newRow("file") << "file://%1/logos/local.png";
+        QTest::newRow("data") << "data:image/png;base64,iVBORw0KGgo=";
+        QTest::newRow("ftp") << "ftp://127.0.0.1/local.png";
+    }
+
+    void onlyWebLogosAreFetched()
+    {
+        QFETCH(QString, url);
+        QDir().mkpath(m_root.filePath("logos"));
+        QFile local(m_root.filePath("logos/local.png"));
+        QVERIFY(local.open(QIODevice::WriteOnly) && local.write(encoded("PNG")) > 0);
+        local.close();
+        ImageCache cache(m_folder);
+        bool done = false;
+        cache.prefetch({QUrl(url.arg(m_root.path()))}, [&done] { done = true; });
+        QVERIFY2(done, "nothing to fetch, so the completion runs at once");
+        QVERIFY(!cache.contains("local.png"));
+    }
+
+    void memoryKeepsTheRecentLogosAtBadgeSize()
+    {
+        m_server->scriptDefault({200, encoded("PNG", {512, 512})});
+        ImageCache cache(m_folder);
+        QList<QUrl> urls;
+        for (int i = 0; i < 400; ++i)
+            urls.append(url(QStringLiteral("/logos/%1.png").arg(i)));
+        QVERIFY(prefetched(cache, urls));
+        QCOMPARE(cache.image("399.png").size(),
+                 QSize(LogoWorker::badgeSide, LogoWorker::badgeSide));
+        qint64 held = 0;
+        for (int i = 0; i < 400; ++i)
+            held += cache.image(QStringLiteral("%1.png").arg(i)).sizeInBytes();
+        QVERIFY2(held <= ImageCache::memoryBudgetBytes, qPrintable(QString::number(held)));
+        QVERIFY(!cache.contains("0.png"));
+    }
+
+    void slowLogoDoesNotHoldUpTheOthers()
+    {
+        m_server->script("/logos/slow.png", {200, encoded("PNG"), std::chrono::seconds(20)});
+        ImageCache cache(m_folder);
+        cache.prefetch({url("/logos/slow.png")});
+        QVERIFY(prefetched(cache, {url("/logos/quick.png")}));
+        QVERIFY(cache.contains("quick.png"));
+        QVERIFY(!cache.contains("slow.png"));
     }
 
     void hostileNamesStayInMemory_data()
