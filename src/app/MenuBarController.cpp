@@ -1,11 +1,14 @@
 #include "MenuBarController.h"
 
+#include "DisplayText.h"
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QLoggingCategory>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTextDocument>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -33,10 +36,20 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
     connect(&m_statusItem, &StatusItem::rightClicked, this, &MenuBarController::showContextMenu);
     connect(&m_vm, &TodayViewModel::statusBarTitleChanged, &m_statusItem, &StatusItem::setTitle);
     m_statusItem.setTitle(m_vm.statusBarTitle());
+    connect(&m_vm, &TodayViewModel::offlineChanged, this, &MenuBarController::showOfflineNote);
+    connect(&m_vm, &TodayViewModel::lastUpdatedChanged, this, &MenuBarController::showOfflineNote);
     connect(&m_updater, &UpdateChecker::checked, this, &MenuBarController::showUpdateResult);
     connect(&m_popover, &PopoverWindow::shownAfter, this, [](qint64 nanoseconds) {
         qCDebug(lcTiming, "popover first frame %.2f ms after the click", nanoseconds / 1e6);
     });
+}
+
+void MenuBarController::showOfflineNote()
+{
+    m_statusItem.setOfflineNote(
+        m_vm.isOffline()
+            ? TodayPresenter::updatedLabel(m_vm.lastUpdated(), true, QTimeZone::systemTimeZone())
+            : QString());
 }
 
 void MenuBarController::togglePopover(const QRect &anchor)
@@ -124,6 +137,27 @@ void MenuBarController::checkForUpdates()
     m_updater.check();
 }
 
+QString MenuBarController::updateDetail(const UpdateCheck &result, const QString &version)
+{
+    QString detail;
+    switch (result.outcome) {
+    case UpdateCheck::UpToDate:
+        detail = u"Zel Menu Bar %1 is currently the newest version available."_s.arg(version);
+        break;
+    case UpdateCheck::NewerVersion:
+        detail = u"Zel Menu Bar %1 is now available — you have %2."_s.arg(
+            boundedForDisplay(result.version, 32), version);
+        break;
+    case UpdateCheck::Failed:
+        detail = u"An error occurred in retrieving update information: %1"_s.arg(
+            boundedForDisplay(result.error, 200));
+        break;
+    }
+    // The dialog guesses the format of this text; as rich text that says exactly the plain text,
+    // no markup from the feed is ever drawn.
+    return Qt::convertFromPlainText(detail, Qt::WhiteSpaceNormal);
+}
+
 void MenuBarController::showUpdateResult(const UpdateCheck &result)
 {
     // Scheduled checks only log; the dialog reports the check the user asked for.
@@ -131,17 +165,14 @@ void MenuBarController::showUpdateResult(const UpdateCheck &result)
         return;
     QMessageBox &dialog = *m_updateDialog;
     dialog.setStandardButtons(QMessageBox::NoButton);
+    dialog.setInformativeText(updateDetail(result, m_setup.version));
     switch (result.outcome) {
     case UpdateCheck::UpToDate:
         dialog.setText(u"You’re up to date!"_s);
-        dialog.setInformativeText(
-            u"Zel Menu Bar %1 is currently the newest version available."_s.arg(m_setup.version));
         dialog.setStandardButtons(QMessageBox::Ok);
         break;
     case UpdateCheck::NewerVersion: {
         dialog.setText(u"A new version of Zel Menu Bar is available!"_s);
-        dialog.setInformativeText(u"Zel Menu Bar %1 is now available — you have %2."_s.arg(
-            result.version, m_setup.version));
         if (!result.page.isEmpty()) {
             QPushButton *open = dialog.addButton(u"Open Download Page"_s, QMessageBox::AcceptRole);
             const QUrl page = result.page;
@@ -153,8 +184,6 @@ void MenuBarController::showUpdateResult(const UpdateCheck &result)
     case UpdateCheck::Failed:
         dialog.setIcon(QMessageBox::Warning);
         dialog.setText(u"Update Error!"_s);
-        dialog.setInformativeText(
-            u"An error occurred in retrieving update information: %1"_s.arg(result.error));
         dialog.setStandardButtons(QMessageBox::Ok);
         break;
     }

@@ -41,11 +41,14 @@ public:
     QList<MenuEntry> exportedMenuEntries();
 
     static QString versionLabel(const QString &version);
+    // The update dialog's second line, as rich text that shows the feed's words literally.
+    static QString updateDetail(const UpdateCheck &result, const QString &version);
     // The page at the given path of the web site; empty when that does not make a valid URL.
     static QUrl pageURL(const QString &origin, const QString &path);
 
 private:
     void showUpdateResult(const UpdateCheck &result);
+    void showOfflineNote();
 
     Setup m_setup;
     UpdateChecker &m_updater;

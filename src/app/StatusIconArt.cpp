@@ -24,18 +24,33 @@ QImage StatusIconArt::bat(int side)
     return image;
 }
 
-QIcon StatusIconArt::iconFor(State state)
+QColor StatusIconArt::dotColour(State state, bool offline)
+{
+    if (offline)
+        return QColor(0x8a, 0x8a, 0x8a);
+    switch (state) {
+    case State::Live:
+        return QColor(0xd3, 0x2f, 0x2f);
+    case State::Delayed:
+        return QColor(0xf2, 0xb7, 0x05);
+    case State::Quiet:
+        break;
+    }
+    return QColor();
+}
+
+QIcon StatusIconArt::iconFor(State state, bool offline)
 {
     QIcon icon;
+    const QColor dot = dotColour(state, offline);
     for (int side : {16, 22, 24, 32, 48, 64}) {
         QImage image = bat(side);
-        if (state != State::Quiet) {
+        if (dot.isValid()) {
             QPainter painter(&image);
             painter.setRenderHint(QPainter::Antialiasing);
             const qreal radius = side * 0.2;
             painter.setPen(QPen(Qt::white, qMax(1.0, side / 16.0)));
-            painter.setBrush(state == State::Live ? QColor(0xd3, 0x2f, 0x2f)
-                                                  : QColor(0xf2, 0xb7, 0x05));
+            painter.setBrush(dot);
             painter.drawEllipse(QPointF(radius + 1, radius + 1), radius, radius);
         }
         icon.addPixmap(QPixmap::fromImage(image));

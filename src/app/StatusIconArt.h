@@ -5,12 +5,14 @@
 #include <QString>
 
 // The status item's picture: the application's bat, marked with a dot while a match is live
-// (red) or delayed (yellow), for trays that cannot show the title's text.
+// (red) or delayed (yellow), for trays that cannot show the title's text. While the data is out
+// of date the dot is grey, whatever the title says.
 class StatusIconArt {
 public:
     enum class State { Quiet, Live, Delayed };
 
     static State stateOf(const QString &title);
     static QImage bat(int side);
-    static QIcon iconFor(State state);
+    static QIcon iconFor(State state, bool offline);
+    static QColor dotColour(State state, bool offline); // invalid: no dot
 };

@@ -13,6 +13,9 @@ class StatusItem : public QObject {
 public:
     using QObject::QObject;
     virtual void setTitle(const QString &title) = 0;
+    // Said after the title while today's data is out of date ("Offline · Updated 11:54");
+    // empty while it is current.
+    virtual void setOfflineNote(const QString &note) = 0;
 
 signals:
     void leftClicked(const QRect &anchor);

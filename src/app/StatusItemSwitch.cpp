@@ -38,6 +38,12 @@ void StatusItemSwitch::setTitle(const QString &title)
     m_backend->setTitle(title);
 }
 
+void StatusItemSwitch::setOfflineNote(const QString &note)
+{
+    m_offlineNote = note;
+    m_backend->setOfflineNote(note);
+}
+
 void StatusItemSwitch::choose(bool watcherPresent)
 {
     // A watcher that restarted has forgotten the item, so a new watcher always means a new one.
@@ -54,4 +60,5 @@ void StatusItemSwitch::choose(bool watcherPresent)
     connect(m_backend.get(), &StatusItem::leftClicked, this, &StatusItem::leftClicked);
     connect(m_backend.get(), &StatusItem::rightClicked, this, &StatusItem::rightClicked);
     m_backend->setTitle(m_title);
+    m_backend->setOfflineNote(m_offlineNote);
 }

@@ -17,6 +17,7 @@ public:
     ~StatusItemSwitch() override;
 
     void setTitle(const QString &title) override;
+    void setOfflineNote(const QString &note) override;
 
 private:
     void choose(bool watcherPresent);
@@ -26,4 +27,5 @@ private:
     std::unique_ptr<StatusItem> m_backend;
     bool m_usesStatusNotifierItem = false;
     QString m_title;
+    QString m_offlineNote;
 };

@@ -88,9 +88,18 @@ void StatusNotifierItem::setTitle(const QString &title)
     emit NewToolTip();
 }
 
+void StatusNotifierItem::setOfflineNote(const QString &note)
+{
+    if (note == m_offlineNote)
+        return;
+    m_offlineNote = note;
+    emit NewToolTip();
+}
+
+// Hosts may read tool tips as markup, and these texts come from the network.
 DBusToolTip StatusNotifierItem::toolTip() const
 {
-    return {iconName(), {}, m_title, {}};
+    return {iconName(), {}, m_title.toHtmlEscaped(), m_offlineNote.toHtmlEscaped()};
 }
 
 QString StatusNotifierItem::labelGuide() const

@@ -39,6 +39,7 @@ public:
     ~StatusNotifierItem() override;
 
     void setTitle(const QString &title) override;
+    void setOfflineNote(const QString &note) override;
 
     // The title without its leading bat and the spaces after it.
     static QString labelOf(const QString &title);
@@ -85,4 +86,5 @@ private:
     DBusMenuExporter m_menu;
     DBusImageList m_icon;
     QString m_title;
+    QString m_offlineNote;
 };

@@ -3,12 +3,13 @@
 #include "StatusTitle.h"
 
 #include <QCursor>
+#include <QTextDocument>
 
 TrayIconStatusItem::TrayIconStatusItem(QObject *parent)
     : StatusItem(parent)
 {
-    m_icon.setIcon(StatusIconArt::iconFor(m_state));
-    m_icon.setToolTip(StatusTitle::bat);
+    m_title = StatusTitle::bat;
+    show();
     connect(&m_icon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
                 if (reason == QSystemTrayIcon::Context)
@@ -23,10 +24,28 @@ TrayIconStatusItem::TrayIconStatusItem(QObject *parent)
 
 void TrayIconStatusItem::setTitle(const QString &title)
 {
-    m_icon.setToolTip(title);
-    const StatusIconArt::State state = StatusIconArt::stateOf(title);
-    if (state != m_state) {
+    m_title = title;
+    show();
+}
+
+void TrayIconStatusItem::setOfflineNote(const QString &note)
+{
+    m_offlineNote = note;
+    show();
+}
+
+void TrayIconStatusItem::show()
+{
+    QString tip = m_title;
+    if (!m_offlineNote.isEmpty())
+        tip += u'\n' + m_offlineNote;
+    // As rich text that says exactly the plain text, so that no markup in it is ever drawn.
+    m_icon.setToolTip(Qt::convertFromPlainText(tip, Qt::WhiteSpaceNoWrap));
+    const StatusIconArt::State state = StatusIconArt::stateOf(m_title);
+    const bool offline = !m_offlineNote.isEmpty();
+    if (m_icon.icon().isNull() || state != m_state || offline != m_offline) {
         m_state = state;
-        m_icon.setIcon(StatusIconArt::iconFor(state));
+        m_offline = offline;
+        m_icon.setIcon(StatusIconArt::iconFor(state, offline));
     }
 }

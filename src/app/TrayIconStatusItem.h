@@ -13,8 +13,14 @@ class TrayIconStatusItem : public StatusItem {
 public:
     explicit TrayIconStatusItem(QObject *parent = nullptr);
     void setTitle(const QString &title) override;
+    void setOfflineNote(const QString &note) override;
 
 private:
+    void show();
+
     QSystemTrayIcon m_icon;
+    QString m_title;
+    QString m_offlineNote;
     StatusIconArt::State m_state = StatusIconArt::State::Quiet;
+    bool m_offline = false;
 };

@@ -1,5 +1,6 @@
 #include "StatusTitle.h"
 
+#include "DisplayText.h"
 #include "LeagueCalendar.h"
 #include "SpacesAndTabs.h"
 
@@ -36,6 +37,17 @@ qsizetype firstByStart(const StatusTitle::Schedule &schedule, const QList<qsizet
 } // namespace
 
 QString StatusTitle::compose(Schedule today, Schedule fixtures, const QDateTime &now)
+{
+    // The panel has one line, and room for a few words of it.
+    QString title = composeByRules(today, fixtures, now);
+    for (QChar &c : title) {
+        if (c == u'\n' || c == u'\r')
+            c = u' ';
+    }
+    return boundedForDisplay(title, maximumLength);
+}
+
+QString StatusTitle::composeByRules(Schedule today, Schedule fixtures, const QDateTime &now)
 {
     for (const ZelMatch &match : today.matches) {
         if (match.isLive())

@@ -10,6 +10,7 @@
 class StatusTitle {
 public:
     static inline const QString bat = QStringLiteral("\U0001F3CF");
+    static constexpr qsizetype maximumLength = 64;
 
     // A list of matches together with their parsed start times, index for index.
     struct Schedule {
@@ -18,11 +19,14 @@ public:
     };
 
     // The first rule that applies: live, delayed, next start today, today's result, next
-    // fixture, idle.
+    // fixture, idle; on one line, cut to the maximum length.
     static QString compose(Schedule today, Schedule fixtures, const QDateTime &now);
 
     static QString liveStatusBarText(const ZelMatch &match);
     static QString shortScoreWithOvers(const QString &summary);
     static std::optional<QString> shortTossText(const ZelMatch &match);
     static QString countdown(const QDateTime &start, const QDateTime &now);
+
+private:
+    static QString composeByRules(Schedule today, Schedule fixtures, const QDateTime &now);
 };

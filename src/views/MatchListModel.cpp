@@ -1,5 +1,6 @@
 #include "MatchListModel.h"
 
+#include "DisplayText.h"
 #include "MatchRowPresenter.h"
 #include "SpacesAndTabs.h"
 #include "TodayPresenter.h"
@@ -50,7 +51,14 @@ QVariant MatchListModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    const Row &row = m_rows[index.row()];
+    QVariant value = roleData(m_rows[index.row()], role);
+    if (value.typeId() == QMetaType::QString)
+        return boundedForDisplay(value.toString(), maximumTextLength);
+    return value;
+}
+
+QVariant MatchListModel::roleData(const Row &row, int role) const
+{
     const ZelMatch &m = row.match;
     const auto logo = [this](const QString &text) {
         return ZelMatch::logoURL(text, m_serviceURL).value_or(QUrl());

@@ -43,6 +43,9 @@ public:
     MatchListModel(Kind kind, QString serviceURL, QTimeZone zone = QTimeZone::systemTimeZone(),
                    QLocale locale = QLocale::system(), QObject *parent = nullptr);
 
+    // Row texts come from the network; past this they are cut before QML lays them out.
+    static constexpr qsizetype maximumTextLength = 160;
+
     void setMatches(const QList<ZelMatch> &matches);
     const ZelMatch *matchWithID(qint64 matchID) const;
 
@@ -55,6 +58,7 @@ private:
         ZelMatch match;
         QString sectionTitle;
     };
+    QVariant roleData(const Row &row, int role) const;
 
     Kind m_kind;
     QString m_serviceURL;

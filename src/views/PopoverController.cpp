@@ -1,5 +1,6 @@
 #include "PopoverController.h"
 
+#include "DisplayText.h"
 #include "ScorecardPresenter.h"
 #include "TodayViewModel.h"
 
@@ -38,7 +39,7 @@ PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceU
           &TodayViewModel::lastUpdatedChanged, &TodayViewModel::scorecardsChanged,
           &TodayViewModel::scorecardErrorsChanged, &TodayViewModel::loadingScorecardsChanged,
           &TodayViewModel::matchesChanged, &TodayViewModel::resultMatchesChanged,
-          &TodayViewModel::fixtureMatchesChanged})
+          &TodayViewModel::fixtureMatchesChanged, &TodayViewModel::offlineChanged})
         connect(&vm, signal, this, &PopoverController::bump);
 }
 
@@ -107,9 +108,13 @@ QString PopoverController::todayLabel(int) const
 
 QString PopoverController::updatedLabel(int) const
 {
-    if (!m_vm.lastUpdated().isValid())
-        return QString();
-    return TodayPresenter::updatedLabel(m_vm.lastUpdated(), QTimeZone::systemTimeZone());
+    return TodayPresenter::updatedLabel(m_vm.lastUpdated(), m_vm.isOffline(),
+                                        QTimeZone::systemTimeZone());
+}
+
+QString PopoverController::offlineReason(int) const
+{
+    return m_vm.isOffline() ? boundedForDisplay(m_vm.offlineReason(), 200) : QString();
 }
 
 void PopoverController::refresh()

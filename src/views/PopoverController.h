@@ -42,7 +42,10 @@ public:
     Q_INVOKABLE int content(int tab, int revision) const;
     Q_INVOKABLE QString message(int tab, int revision) const;
     Q_INVOKABLE QString todayLabel(int revision) const;
+    // "Updated 19:42", or "Offline · Updated 19:42" while today's data is out of date.
     Q_INVOKABLE QString updatedLabel(int revision) const;
+    // Why it is out of date; empty while it is not.
+    Q_INVOKABLE QString offlineReason(int revision) const;
 
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void retry(int tab);

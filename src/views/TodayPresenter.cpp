@@ -116,7 +116,13 @@ QString TodayPresenter::todayLabel(const QDateTime &now, const QTimeZone &zone,
     return locale.toString(now.toTimeZone(zone).date(), QStringLiteral("dddd, d MMMM yyyy"));
 }
 
-QString TodayPresenter::updatedLabel(const QDateTime &updated, const QTimeZone &zone)
+QString TodayPresenter::updatedLabel(const QDateTime &updated, bool offline, const QTimeZone &zone)
 {
-    return QStringLiteral("Updated ") + updated.toTimeZone(zone).toString(QStringLiteral("HH:mm"));
+    const QString time = updated.isValid()
+                             ? QStringLiteral("Updated ") +
+                                   updated.toTimeZone(zone).toString(QStringLiteral("HH:mm"))
+                             : QString();
+    if (!offline)
+        return time;
+    return time.isEmpty() ? QStringLiteral("Offline") : QStringLiteral("Offline \u00B7 ") + time;
 }

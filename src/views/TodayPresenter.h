@@ -34,6 +34,7 @@ public:
     static QString formatDate(const QString &key, const QLocale &locale);
     // "Monday, 16 November 2026"
     static QString todayLabel(const QDateTime &now, const QTimeZone &zone, const QLocale &locale);
-    // "Updated 19:42"
-    static QString updatedLabel(const QDateTime &updated, const QTimeZone &zone);
+    // "Updated 19:42"; "Offline · Updated 19:42" while the data is out of date, "Offline" when
+    // there never was any; empty before the first load.
+    static QString updatedLabel(const QDateTime &updated, bool offline, const QTimeZone &zone);
 };

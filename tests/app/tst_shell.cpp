@@ -13,6 +13,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocument>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -104,6 +105,37 @@ private slots:
         QFETCH(QString, title);
         QFETCH(int, state);
         QCOMPARE(int(StatusIconArt::stateOf(title)), state);
+    }
+
+    void dotGoesGreyWhileOffline_data()
+    {
+        using State = StatusIconArt::State;
+        QTest::addColumn<int>("state");
+        QTest::addColumn<bool>("offline");
+        QTest::addColumn<QColor>("dot");
+        const QColor grey(0x8a, 0x8a, 0x8a);
+        QTest::addRow("live") << int(State::Live) << false << QColor(0xd3, 0x2f, 0x2f);
+        QTest::addRow("live, offline") << int(State::Live) << true << grey;
+        QTest::addRow("delayed, offline") << int(State::Delayed) << true << grey;
+        QTest::addRow("quiet, offline") << int(State::Quiet) << true << grey;
+        QTest::addRow("quiet") << int(State::Quiet) << false << QColor();
+    }
+
+    void dotGoesGreyWhileOffline()
+    {
+        QFETCH(int, state);
+        QFETCH(bool, offline);
+        QTEST(StatusIconArt::dotColour(StatusIconArt::State(state), offline), "dot");
+    }
+
+    void updateDialogShowsTheFeedsWordsLiterally()
+    {
+        const UpdateCheck newer{
+            UpdateCheck::NewerVersion, u"9.9<h1>Free</h1><img src=x>"_s, {}, {}};
+        QTextDocument shown;
+        shown.setHtml(MenuBarController::updateDetail(newer, u"1.4"_s));
+        QCOMPARE(shown.toPlainText(),
+                 u"Zel Menu Bar 9.9<h1>Free</h1><img src=x> is now available — you have 1.4."_s);
     }
 
     void newestRelease_data()

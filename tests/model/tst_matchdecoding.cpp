@@ -6,7 +6,9 @@
 // Every field in one line, so that a failed comparison shows exactly what differs.
 static QString describe(const ZelMatch &m)
 {
-    const auto opt = [](const std::optional<QString> &s) { return s ? u'"' + *s + u'"' : "absent"; };
+    const auto opt = [](const std::optional<QString> &s) {
+        return s ? u'"' + *s + u'"' : "absent";
+    };
     const auto n = [](qint64 value) { return QString::number(value); };
     // clang-format off
     return QStringList{n(m.matchID), m.matchOrder, m.matchName, m.matchStatus, opt(m.startTime),

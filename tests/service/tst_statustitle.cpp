@@ -110,6 +110,10 @@ private slots:
             << bat + "  1d 1h";
         QTest::newRow("fixtures without starts: idle")
             << QList<ZelMatch>{} << QList<ZelMatch>{match("upcoming", std::nullopt)} << bat;
+        QTest::newRow("a long result on one line, cut to the panel's room")
+            << QList<ZelMatch>{match("finished", in(-240), "NTH won\nby " + QString(200, u'4'))}
+            << QList<ZelMatch>{}
+            << bat + "  NTH won by " + QString(StatusTitle::maximumLength - 16, u'4') + u'\u2026';
         QTest::newRow("unknown status matches no rule")
             << QList<ZelMatch>{match("Live", in(-30)), match("unknown", in(30))}
             << QList<ZelMatch>{} << bat;

@@ -229,8 +229,12 @@ private slots:
                  QStringLiteral("Monday, 16 November 2026"));
         QCOMPARE(TodayPresenter::todayLabel(late, QTimeZone(5 * 3600 + 1800), english),
                  QStringLiteral("Tuesday, 17 November 2026"));
-        QCOMPARE(TodayPresenter::updatedLabel(late, QTimeZone(-5 * 3600)),
+        QCOMPARE(TodayPresenter::updatedLabel(late, false, QTimeZone(-5 * 3600)),
                  QStringLiteral("Updated 18:30"));
+        QCOMPARE(TodayPresenter::updatedLabel(late, true, QTimeZone(-5 * 3600)),
+                 QStringLiteral("Offline \u00B7 Updated 18:30"));
+        QCOMPARE(TodayPresenter::updatedLabel({}, true, utc), QStringLiteral("Offline"));
+        QCOMPARE(TodayPresenter::updatedLabel({}, false, utc), QString());
         QCOMPARE(TodayPresenter::errorText("HTTP 503"), QStringLiteral("\u26A0\uFE0F  HTTP 503"));
         QStringList labels;
         for (auto tab : TodayPresenter::allTabs)

@@ -10,11 +10,14 @@ Column {
         visible: spinner
     }
     Text {
+        textFormat: Text.PlainText
         id: label
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(implicitWidth, 340)
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
+        maximumLineCount: 6
+        elide: Text.ElideRight
         color: Theme.secondary
         font.pixelSize: 12
     }

@@ -21,12 +21,13 @@ Column {
         topPadding: 10
         bottomPadding: 10
         spacing: 6
-        Text { text: row.matchOrder; font.pixelSize: 10; color: Theme.secondary }
+        Text { textFormat: Text.PlainText; text: row.matchOrder; font.pixelSize: 10; color: Theme.secondary }
         RowLayout {
             width: parent.width - 28
             spacing: 0
             CricketBadge { Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.homeLogo; placeholderColor: Theme.placeholder }
             Text {
+                textFormat: Text.PlainText
                 Layout.leftMargin: 6
                 Layout.maximumWidth: 130
                 text: row.homeName
@@ -36,9 +37,10 @@ Column {
                 color: Theme.text
             }
             Item { Layout.fillWidth: true; Layout.minimumWidth: 6 }
-            Text { text: "vs"; font.pixelSize: 11; color: Theme.secondary }
+            Text { textFormat: Text.PlainText; text: "vs"; font.pixelSize: 11; color: Theme.secondary }
             Item { Layout.fillWidth: true; Layout.minimumWidth: 6 }
             Text {
+                textFormat: Text.PlainText
                 Layout.rightMargin: 6
                 Layout.maximumWidth: 130
                 horizontalAlignment: Text.AlignRight

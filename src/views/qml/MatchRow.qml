@@ -52,6 +52,7 @@ Column {
             anchors.rightMargin: 14
             spacing: 0
             Text {
+                textFormat: Text.PlainText
                 Layout.preferredWidth: 22
                 text: row.statusIcon
                 font.pixelSize: 11
@@ -63,6 +64,7 @@ Column {
                 Layout.minimumWidth: 100
                 spacing: 2
                 Text {
+                    textFormat: Text.PlainText
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: row.centreText
                     font.family: Theme.mono
@@ -71,6 +73,7 @@ Column {
                     color: row.isLive ? Theme.red : Theme.text
                 }
                 Text {
+                    textFormat: Text.PlainText
                     anchors.horizontalCenter: parent.horizontalCenter
                     visible: text !== ""
                     width: Math.min(implicitWidth, 150)
@@ -111,7 +114,14 @@ Column {
                     name: row.finished ? "trophy" : "circle.fill"
                     color: row.finished ? Theme.yellow : Theme.red
                 }
-                Text { text: row.comments; font.pixelSize: 10; color: Theme.text }
+                Text {
+                    textFormat: Text.PlainText
+                    width: Math.min(implicitWidth, row.width - 48)
+                    elide: Text.ElideRight
+                    text: row.comments
+                    font.pixelSize: 10
+                    color: Theme.text
+                }
             }
             ScorecardContent {
                 width: parent.width - 36

@@ -27,6 +27,8 @@ Rectangle {
     Keys.onEnterPressed: button.clicked()
 
     Text {
+
+        textFormat: Text.PlainText
         id: label
         anchors.centerIn: parent
         visible: button.symbol === ""

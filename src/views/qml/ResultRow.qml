@@ -46,6 +46,7 @@ Column {
                 Layout.minimumWidth: 110
                 spacing: 1
                 Text {
+                    textFormat: Text.PlainText
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: row.scoresText
                     font.family: Theme.mono
@@ -56,6 +57,7 @@ Column {
                     color: Theme.text
                 }
                 Text {
+                    textFormat: Text.PlainText
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: row.matchOrder
                     font.pixelSize: 9

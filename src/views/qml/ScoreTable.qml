@@ -14,6 +14,7 @@ Column {
         width: parent.width
         spacing: 0
         Text {
+            textFormat: Text.PlainText
             Layout.fillWidth: true
             bottomPadding: 3
             text: table.heading
@@ -24,6 +25,7 @@ Column {
         Repeater {
             model: table.columns
             Text {
+                textFormat: Text.PlainText
                 required property var modelData
                 Layout.preferredWidth: modelData[1]
                 horizontalAlignment: Text.AlignRight
@@ -46,6 +48,7 @@ Column {
             width: table.width
             spacing: 0
             Text {
+                textFormat: Text.PlainText
                 Layout.fillWidth: true
                 topPadding: 2
                 bottomPadding: 2
@@ -56,6 +59,7 @@ Column {
                 color: (table.bowling ? !line.strong : line.dim) ? Theme.secondary : Theme.text
             }
             Text {
+                textFormat: Text.PlainText
                 visible: !table.bowling && line.modelData.placeholder !== ""
                 Layout.preferredWidth: 130
                 horizontalAlignment: Text.AlignRight
@@ -67,6 +71,7 @@ Column {
             Repeater {
                 model: table.bowling || line.modelData.placeholder === "" ? table.columns : []
                 Text {
+                    textFormat: Text.PlainText
                     required property var modelData
                     required property int index
                     readonly property bool first: index === 0

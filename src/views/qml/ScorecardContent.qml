@@ -15,6 +15,7 @@ Column {
         spacing: 4
         Spinner { width: 14; height: 14; anchors.verticalCenter: parent.verticalCenter }
         Text {
+            textFormat: Text.PlainText
             anchors.verticalCenter: parent.verticalCenter
             text: "Loading scorecard…"
             color: Theme.secondary
@@ -22,6 +23,7 @@ Column {
         }
     }
     Text {
+        textFormat: Text.PlainText
         visible: holder.content.state === "error"
         text: holder.content.error || ""
         color: Theme.secondary

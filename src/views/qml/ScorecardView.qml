@@ -36,12 +36,13 @@ Column {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 2
             Text {
+                textFormat: Text.PlainText
                 text: card.view.yetToBat ? card.view.yetToBat.name : ""
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
                 color: Theme.text
             }
-            Text { text: "Yet to bat"; font.pixelSize: 10; color: Theme.secondary }
+            Text { textFormat: Text.PlainText; text: "Yet to bat"; font.pixelSize: 10; color: Theme.secondary }
         }
     }
 
@@ -50,6 +51,7 @@ Column {
         width: parent.width
         Item { Layout.fillWidth: true }
         Text {
+            textFormat: Text.PlainText
             text: card.view.score || ""
             font.family: Theme.mono
             font.pixelSize: 12
@@ -57,6 +59,7 @@ Column {
             color: Theme.text
         }
         Text {
+            textFormat: Text.PlainText
             visible: (card.view.overs || "") !== ""
             text: "(" + (card.view.overs || "") + ")"
             font.pixelSize: 10

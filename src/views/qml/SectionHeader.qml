@@ -7,6 +7,8 @@ Rectangle {
     color: Theme.header
 
     Text {
+
+        textFormat: Text.PlainText
         id: title
         anchors.left: parent.left
         anchors.leftMargin: 14

@@ -27,6 +27,7 @@ Rectangle {
                 color: selected ? Theme.palette.base : "transparent"
                 border.color: selected ? Theme.divider : "transparent"
                 Text {
+                    textFormat: Text.PlainText
                     anchors.centerIn: parent
                     width: parent.width - 8
                     horizontalAlignment: Text.AlignHCenter

@@ -19,6 +19,7 @@ Row {
         placeholderColor: Theme.placeholder
     }
     Text {
+        textFormat: Text.PlainText
         width: parent.codeWidth
         anchors.verticalCenter: parent.verticalCenter
         text: parent.code

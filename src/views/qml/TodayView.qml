@@ -31,12 +31,14 @@ Rectangle {
             Column {
                 spacing: 1
                 Text {
+                    textFormat: Text.PlainText
                     text: root.controller.title
                     font.pixelSize: 13
                     font.weight: Font.DemiBold
                     color: Theme.text
                 }
                 Text {
+                    textFormat: Text.PlainText
                     text: root.controller.todayLabel(root.controller.revision)
                     font.pixelSize: 10
                     color: Theme.secondary
@@ -44,10 +46,13 @@ Rectangle {
             }
             Item { Layout.fillWidth: true }
             Text {
+                textFormat: Text.PlainText
                 visible: text !== ""
+                objectName: "updatedLabel"
                 text: root.controller.updatedLabel(root.controller.revision)
                 font.pixelSize: 10
                 color: Theme.secondary
+                HoverTip { text: root.controller.offlineReason(root.controller.revision) }
             }
             PushButton {
                 objectName: "refreshButton"
@@ -55,6 +60,7 @@ Rectangle {
                 symbol: "arrow.clockwise"
                 text: "Refresh"
                 onClicked: root.controller.refresh()
+                HoverTip { text: "Refresh" }
             }
         }
 
