@@ -219,9 +219,10 @@ private slots:
         QTest::addColumn<FaultInjector::Rates>("rates");
         QTest::addColumn<QString>("domain");
 
-        QTest::newRow("fail") << FaultInjector::Rates{1, 0, 0} << "APIClient";
-        QTest::newRow("drop") << FaultInjector::Rates{0, 1, 0} << "Network";
-        QTest::newRow("garbage") << FaultInjector::Rates{0, 0, 1} << "ZelDecoding";
+        QTest::newRow("fail") << FaultInjector::Rates{1, 0, 0, 0, 0} << "APIClient";
+        QTest::newRow("drop") << FaultInjector::Rates{0, 1, 0, 0, 0} << "Network";
+        QTest::newRow("garbage") << FaultInjector::Rates{0, 0, 1, 0, 0} << "ZelDecoding";
+        QTest::newRow("endless") << FaultInjector::Rates{0, 0, 0, 1, 0} << "Network";
     }
 
     void faults()

@@ -21,6 +21,12 @@ FaultInjector::Fault FaultInjector::next()
     roll -= m_rates.drop;
     if (roll < m_rates.garbage)
         return Fault::Garbage;
+    roll -= m_rates.garbage;
+    if (roll < m_rates.endless)
+        return Fault::Endless;
+    roll -= m_rates.endless;
+    if (roll < m_rates.trickle)
+        return Fault::Trickle;
     return Fault::None;
 }
 

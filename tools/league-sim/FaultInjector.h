@@ -10,11 +10,13 @@ public:
     struct Rates {
         double fail = 0;    // answer 500 or 503
         double drop = 0;    // close the connection mid-body
-        double garbage = 0; // malformed JSON, a bad matchID, or a body of the wrong type
+        double garbage = 0; // malformed JSON, a bad matchID or a body of the wrong type
+        double endless = 0; // a body that never ends
+        double trickle = 0; // a body sent one byte a second
         std::chrono::milliseconds latency{0};
     };
 
-    enum class Fault { None, Fail, Drop, Garbage };
+    enum class Fault { None, Fail, Drop, Garbage, Endless, Trickle };
 
     FaultInjector(Rates rates, quint64 seed);
 

@@ -1,6 +1,7 @@
 #include "HttpReply.h"
 
 #include <QTcpSocket>
+#include <QTimer>
 
 HttpReply HttpReply::json(const QByteArray &body, int status)
 {
@@ -12,10 +13,11 @@ HttpReply HttpReply::text(int status, const QByteArray &message)
     return HttpReply{status, message + '\n', "text/plain; charset=utf-8", {}};
 }
 
-QByteArray HttpReply::head() const
+QByteArray HttpReply::head(bool withLength) const
 {
     QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + " Zel\r\n";
-    head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
+    if (withLength)
+        head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
     if (!body.isEmpty())
         head += "Content-Type: " + contentType + "\r\n";
     for (const auto &[name, value] : headers)
@@ -27,6 +29,44 @@ void HttpReply::writeTo(QTcpSocket *socket) const
 {
     socket->write(head());
     socket->write(body);
+}
+
+namespace {
+
+// Calls piece every interval while the connection is open and piece asks for more.
+template <typename Piece> void keepWriting(QTcpSocket *socket, int intervalMs, Piece piece)
+{
+    auto *timer = new QTimer(socket);
+    QObject::connect(timer, &QTimer::timeout, socket, [socket, timer, piece]() mutable {
+        if (socket->state() != QAbstractSocket::ConnectedState || !piece(*socket))
+            timer->stop();
+    });
+    timer->start(intervalMs);
+}
+
+} // namespace
+
+void HttpReply::writeEndlesslyTo(QTcpSocket *socket) const
+{
+    socket->write(head(false));
+    const QByteArray chunk = (body.isEmpty() ? QByteArray(" ") : body)
+                                 .repeated(1 + (1 << 16) / qMax<qsizetype>(1, body.size()));
+    qint64 left = qint64(1) << 30;
+    keepWriting(socket, 5, [chunk, left](QTcpSocket &s) mutable {
+        if (s.bytesToWrite() < 4 * chunk.size())
+            left -= s.write(chunk);
+        return left > 0;
+    });
+}
+
+void HttpReply::writeSlowlyTo(QTcpSocket *socket) const
+{
+    socket->write(head());
+    qsizetype sent = 0;
+    keepWriting(socket, 1000, [body = body, sent](QTcpSocket &s) mutable {
+        s.write(body.mid(sent++, 1));
+        return sent < body.size();
+    });
 }
 
 void HttpReply::writeTruncatedTo(QTcpSocket *socket) const

@@ -20,7 +20,11 @@ struct HttpReply {
     void writeTo(QTcpSocket *socket) const;
     // Announces the full length, sends half the body, then closes the connection.
     void writeTruncatedTo(QTcpSocket *socket) const;
+    // Announces no length and repeats the body for as long as the client reads (up to 1 GiB).
+    void writeEndlesslyTo(QTcpSocket *socket) const;
+    // Announces the full length and sends one byte a second.
+    void writeSlowlyTo(QTcpSocket *socket) const;
 
 private:
-    QByteArray head() const;
+    QByteArray head(bool withLength = true) const;
 };

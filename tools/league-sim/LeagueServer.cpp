@@ -151,6 +151,12 @@ void LeagueServer::sendWithFaults(QTcpSocket *socket, HttpReply reply, Kind kind
         if (kind != Kind::Other && reply.status == 200)
             reply.body = m_faults.garbage(reply.body, kind == Kind::MatchList);
         break;
+    case FaultInjector::Fault::Endless:
+        reply.writeEndlesslyTo(socket);
+        return;
+    case FaultInjector::Fault::Trickle:
+        reply.writeSlowlyTo(socket);
+        return;
     case FaultInjector::Fault::None:
         break;
     }

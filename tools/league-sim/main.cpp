@@ -106,6 +106,8 @@ int main(int argc, char *argv[])
         {"drop-rate", "Share of connections dropped mid-body.", "rate", "0"},
         {"garbage-rate", "Share of answers with malformed JSON, a bad matchID or a wrong type.",
          "rate", "0"},
+        {"endless-rate", "Share of answers whose body never ends.", "rate", "0"},
+        {"trickle-rate", "Share of answers sent one byte a second.", "rate", "0"},
         {"latency", "Delay every score service answer by this many milliseconds.", "ms", "0"},
         {"ingest-log", "Append each analytics batch received to this JSON-lines file.", "file"},
         {"ingest-status", "HTTP status the ingest answers with. Default 200.", "code", "200"},
@@ -133,10 +135,14 @@ int main(int argc, char *argv[])
         fail(QStringLiteral("--speed takes a number above 0 and up to 100000, not \"%1\"")
                  .arg(parser.value("speed")));
     const FaultInjector::Rates rates{
-        rate(parser, "fail-rate"), rate(parser, "drop-rate"), rate(parser, "garbage-rate"),
+        rate(parser, "fail-rate"),
+        rate(parser, "drop-rate"),
+        rate(parser, "garbage-rate"),
+        rate(parser, "endless-rate"),
+        rate(parser, "trickle-rate"),
         std::chrono::milliseconds(integer(parser, "latency", 0, 600000))};
-    if (rates.fail + rates.drop + rates.garbage > 1)
-        fail(QStringLiteral("--fail-rate, --drop-rate and --garbage-rate add up to more than 1"));
+    if (rates.fail + rates.drop + rates.garbage + rates.endless + rates.trickle > 1)
+        fail(QStringLiteral("the fault rates add up to more than 1"));
 
     const QDateTime start = startMoment(parser);
     League league(*scenario, seed, start);
