@@ -17,20 +17,67 @@ MatchListModel::MatchListModel(Kind kind, QString serviceURL, QTimeZone zone, QL
 
 void MatchListModel::setMatches(const QList<ZelMatch> &matches)
 {
-    beginResetModel();
-    m_rows.clear();
+    QList<Row> next;
+    next.reserve(matches.size());
     if (m_kind == Kind::Today) {
         for (const ZelMatch &match : matches)
-            m_rows.append({match, QString()});
+            next.append({match, QString()});
     } else {
         const bool ascending = m_kind == Kind::Fixtures;
         for (const auto &group : TodayPresenter::grouped(matches, ascending)) {
             const QString title = TodayPresenter::formatDate(group.date, m_locale);
             for (const ZelMatch &match : group.matches)
-                m_rows.append({match, title});
+                next.append({match, title});
         }
     }
-    endResetModel();
+    update(next);
+}
+
+// Brings the rows to the new list match by match, so that a row whose match stays keeps its
+// delegate (an opened row stays open, the list keeps its place) and only a match that leaves
+// takes its row with it.
+void MatchListModel::update(const QList<Row> &next)
+{
+    QHash<qint64, qsizetype> wanted; // identity -> how many rows of it the new list has
+    for (const Row &row : next)
+        ++wanted[row.match.matchID];
+    QHash<qint64, qsizetype> kept;
+    for (qsizetype i = m_rows.size() - 1; i >= 0; --i) {
+        const qint64 id = m_rows[i].match.matchID;
+        if (kept[id] < wanted.value(id)) {
+            ++kept[id];
+            continue;
+        }
+        beginRemoveRows({}, int(i), int(i));
+        m_rows.removeAt(i);
+        endRemoveRows();
+    }
+
+    for (qsizetype i = 0; i < next.size(); ++i) {
+        const qint64 id = next[i].match.matchID;
+        qsizetype found = -1;
+        for (qsizetype j = i; j < m_rows.size(); ++j) {
+            if (m_rows[j].match.matchID == id) {
+                found = j;
+                break;
+            }
+        }
+        if (found < 0) {
+            beginInsertRows({}, int(i), int(i));
+            m_rows.insert(i, next[i]);
+            endInsertRows();
+            continue;
+        }
+        if (found != i) {
+            beginMoveRows({}, int(found), int(found), {}, int(i));
+            m_rows.move(found, i);
+            endMoveRows();
+        }
+        if (!(m_rows[i].match == next[i].match) || m_rows[i].sectionTitle != next[i].sectionTitle) {
+            m_rows[i] = next[i];
+            emit dataChanged(index(int(i)), index(int(i)));
+        }
+    }
 }
 
 const ZelMatch *MatchListModel::matchWithID(qint64 matchID) const

@@ -59,6 +59,7 @@ private:
         QString sectionTitle;
     };
     QVariant roleData(const Row &row, int role) const;
+    void update(const QList<Row> &next);
 
     Kind m_kind;
     QString m_serviceURL;

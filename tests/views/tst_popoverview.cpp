@@ -196,6 +196,62 @@ private slots:
         QCOMPARE(m_server->requestCount("/api/matches/today"), todayLoads);
     }
 
+    void openedRowAndScrollSurviveAReloadThatKeepsTheirMatches()
+    {
+        QByteArray many = R"({"matches": [)";
+        for (int id = 101; id <= 124; ++id)
+            many += (id > 101 ? "," : "") + QByteArray(R"({"matchID": )") + QByteArray::number(id) +
+                    R"(, "status": "finished", "startTime": "2026-11-22T09:30:00+05:30"})";
+        m_server->script("/api/matches/today", {200, many + "]}"});
+        m_popover->refresh();
+        QVERIFY(settled());
+        QQuickItem *list = tab("todayTab")->property("list").value<QQuickItem *>();
+        QTRY_VERIFY(list->property("contentHeight").toReal() > list->height());
+        list->setProperty("contentY", 120);
+        QQuickItem *opened = nullptr;
+        for (QQuickItem *row : rows("todayTab")) {
+            if (row->property("matchId").toLongLong() == 106)
+                opened = row;
+        }
+        QVERIFY(opened);
+        QMetaObject::invokeMethod(opened, "activate");
+        QVERIFY(opened->property("showDetail").toBool());
+        QVERIFY(settled());
+        const auto onScreen = [&] { return opened->mapToItem(list, QPointF(0, 0)).y(); };
+        const qreal shownAt = onScreen();
+
+        // The same matches with a new comment on one, and the last one gone.
+        many.replace(R"("matchID": 106, "status": "finished")",
+                     R"("matchID": 106, "result": {"description": "won"}, "status": "finished")");
+        many.truncate(many.lastIndexOf(",{"));
+        m_server->script("/api/matches/today", {200, many + "]}"});
+        m_popover->refresh();
+        QVERIFY(settled());
+        QCOMPARE(m_popover->todayModel()->rowCount(), 23);
+        QVERIFY2(opened->property("showDetail").toBool(), "the opened row stays open");
+        QCOMPARE(opened->property("comments").toString(), QStringLiteral("won"));
+        QCOMPARE(onScreen(), shownAt);
+    }
+
+    void highlightFollowsTheActiveTab()
+    {
+        QQuickItem *bar = tab("tabBar");
+        const auto clickSegment = [&](int index) {
+            const QPointF at =
+                bar->mapToScene(QPointF(bar->width() * (index + 0.5) / 3, bar->height() / 2));
+            QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, at.toPoint());
+        };
+        clickSegment(0);
+        QCOMPARE(m_popover->activeTab(), int(PopoverController::Results));
+        m_view->rootObject()->forceActiveFocus();
+        QTest::keyClick(m_view.get(), Qt::Key_Right);
+        QCOMPARE(m_popover->activeTab(), int(PopoverController::Today));
+        QCOMPARE(bar->property("currentIndex").toInt(), m_popover->activeTab());
+        clickSegment(2);
+        QTest::keyClick(m_view.get(), Qt::Key_Left);
+        QCOMPARE(bar->property("currentIndex").toInt(), int(PopoverController::Today));
+    }
+
     void keyboardSwitchesTabsAndEscapeCloses()
     {
         QSignalSpy closed(m_view->rootObject(), SIGNAL(closeRequested()));

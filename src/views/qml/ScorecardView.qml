@@ -19,7 +19,7 @@ Column {
         fontSize: 10
         labels: [card.view.tab1 || "1st", card.view.tab2 || "2nd"]
         currentIndex: card.selectedInnings
-        onCurrentIndexChanged: card.selectedInnings = currentIndex
+        onActivated: index => card.selectedInnings = index
     }
 
     Row {

@@ -1,12 +1,14 @@
 import QtQuick
 
 // A segmented switch drawn from the desktop palette, light or dark: the selected segment is
-// raised in the base colour, the others sit on the button colour.
+// raised in the base colour, the others sit on the button colour. A click only reports the
+// segment; the owner changes its state, and currentIndex stays bound to that state.
 Rectangle {
     id: bar
     property var labels: []
     property real fontSize: 13
     property int currentIndex: 0
+    signal activated(int index)
     implicitHeight: Math.round(fontSize * 1.6) + 4
     radius: 5
     color: Theme.palette.button
@@ -39,7 +41,7 @@ Rectangle {
                 }
                 MouseArea {
                     anchors.fill: parent
-                    onClicked: bar.currentIndex = parent.index
+                    onClicked: bar.activated(parent.index)
                 }
             }
         }

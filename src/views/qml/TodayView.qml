@@ -75,7 +75,7 @@ Rectangle {
             Layout.bottomMargin: 8
             labels: ["Results", "Today", "Fixtures"]
             currentIndex: root.controller.activeTab
-            onCurrentIndexChanged: root.controller.activeTab = currentIndex
+            onActivated: index => root.controller.activeTab = index
         }
 
         Divider { Layout.fillWidth: true }
