@@ -38,7 +38,9 @@ ImageCache::~ImageCache() = default;
 
 QString ImageCache::keyFor(const QUrl &url)
 {
-    return url.fileName(QUrl::FullyDecoded);
+    // The last non-empty component, so that ".../teams/nth/" is "nth", not a key shared by all.
+    const QStringList components = url.path(QUrl::FullyDecoded).split(u'/', Qt::SkipEmptyParts);
+    return components.isEmpty() ? QString() : components.last();
 }
 
 QImage ImageCache::image(const QString &key) const

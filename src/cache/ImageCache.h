@@ -27,7 +27,8 @@ public:
     explicit ImageCache(const QString &cacheDir, QObject *parent = nullptr);
     ~ImageCache() override;
 
-    // The last path component, percent-escapes decoded: the memory key and the file name.
+    // The last non-empty path component, percent-escapes decoded: the memory key and the file
+    // name.
     static QString keyFor(const QUrl &url);
 
     static constexpr qint64 memoryBudgetBytes = 4 * 1024 * 1024;

@@ -179,7 +179,7 @@ QVariantMap PopoverController::inningsView(qint64 matchID, int selected, int) co
     const auto card = m_vm.scorecards().constFind(matchID);
     if (!match || card == m_vm.scorecards().cend())
         return {};
-    selected = qBound(0, selected, 1);
+    selected = qMax(0, selected);
     QVariantMap view{{"tab1", ScorecardPresenter::tab1Label(*match)},
                      {"tab2", ScorecardPresenter::tab2Label(*match)}};
     if (const auto side = ScorecardPresenter::yetToBat(*match, *card, selected)) {

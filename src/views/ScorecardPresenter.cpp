@@ -37,12 +37,14 @@ std::optional<ScorecardPresenter::Side> ScorecardPresenter::yetToBat(const ZelMa
                                                                      const ZelScorecard &scorecard,
                                                                      int selectedInnings)
 {
-    const Side first = match.homeBattedFirst() ? Side::Home : Side::Away;
-    const Side second = first == Side::Home ? Side::Away : Side::Home;
-    if (isTossPhase(match))
-        return selectedInnings == 0 ? first : second;
+    const bool homeFirst = match.homeBattedFirst();
+    if (isTossPhase(match)) {
+        // Only the first two tabs name a side; any later innings is the away side's.
+        const bool home = (homeFirst && selectedInnings == 0) || (!homeFirst && selectedInnings == 1);
+        return home ? Side::Home : Side::Away;
+    }
     if (selectedInnings >= scorecard.innings.size())
-        return second;
+        return homeFirst ? Side::Away : Side::Home;
     return std::nullopt;
 }
 

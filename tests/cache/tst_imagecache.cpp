@@ -296,6 +296,8 @@ private slots:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QStringList>("files"); // what may be written, relative to the root
 
+        QTest::newRow("trailing slash") << "/logos/nth/"
+                                        << "nth" << QStringList{"ZelMenuBar/logos/nth"};
         QTest::newRow("dot dot") << "/logos/%2e%2e"
                                  << ".." << QStringList{};
         QTest::newRow("encoded slash")

@@ -250,25 +250,30 @@ private slots:
         QTest::addColumn<int>("innings"); // innings the scorecard holds
         QTest::addColumn<int>("initial");
         QTest::addColumn<QString>("tab1");
-        QTest::addColumn<QString>("yetToBat"); // per tab: H, A or - for an innings
+        // Per tab index 0, 1 and 2 (a live match past its second innings): H, A, or - for an
+        // innings.
+        QTest::addColumn<QString>("yetToBat");
 
         ZelMatch live = match("live");
         live.firstBattingSummary = "201/4 (20 Ov)";
         live.secondBattingSummary = "12/0 (2 Ov)";
         live.currentInnings = "2";
         QTest::newRow("live, second innings") << live << 2 << 1 << "1st \u00B7 NTH"
-                                              << "--";
+                                              << "--A";
+        live.currentInnings = "3";
+        QTest::newRow("live, past the second innings") << live << 2 << 2 << "1st \u00B7 NTH"
+                                                       << "--A";
         live.currentInnings = "two";
         QTest::newRow("unreadable innings opens the first") << live << 2 << 0 << "1st \u00B7 NTH"
-                                                            << "--";
+                                                            << "--A";
         ZelMatch toss = match("live", 2);
         toss.currentInnings = "1";
         toss.firstBattingTeamCode.clear();
         QTest::newRow("before the first ball, even with innings") << toss << 1 << 0 << "1st"
-                                                                  << "AH";
+                                                                  << "AHA";
         QTest::newRow("finished with one innings")
             << match("finished") << 1 << 0 << "1st \u00B7 NTH"
-            << "-A";
+            << "-AA";
     }
 
     void inningsTabs()
@@ -281,7 +286,7 @@ private slots:
         QTEST(ScorecardPresenter::initialInnings(match), "initial");
         QTEST(ScorecardPresenter::tab1Label(match), "tab1");
         QString shown;
-        for (int tab = 0; tab < 2; ++tab) {
+        for (int tab = 0; tab < 3; ++tab) {
             const auto side = ScorecardPresenter::yetToBat(match, scorecard, tab);
             shown += !side ? u'-' : *side == Side::Home ? u'H' : u'A';
         }
