@@ -1,7 +1,10 @@
 import QtQuick
+import ZelMenuBar
 
+// A message in the middle of a tab, with a spinner while loading.
 Column {
-    property alias text: label.text
+    id: message
+    property string text
     property bool spinner: false
     spacing: 8
 
@@ -10,8 +13,10 @@ Column {
         visible: spinner
     }
     Text {
-        textFormat: Text.PlainText
         id: label
+        objectName: "message"
+        textFormat: Text.RichText
+        text: Theme.warningText(message.text)
         anchors.horizontalCenter: parent.horizontalCenter
         width: Math.min(implicitWidth, 340)
         horizontalAlignment: Text.AlignHCenter

@@ -26,36 +26,39 @@ Column {
             width: parent.width - 28
             spacing: 0
             CricketBadge { Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.homeLogo; placeholderColor: Theme.placeholder }
-            Text {
-                textFormat: Text.PlainText
+            FitText {
                 Layout.leftMargin: 6
-                Layout.maximumWidth: 130
+                Layout.fillWidth: true
+                Layout.maximumWidth: implicitWidth
+                minimumScale: 0.85
                 text: row.homeName
-                elide: Text.ElideRight
-                font.pixelSize: 13
                 font.weight: Font.Medium
                 color: Theme.text
             }
-            Item { Layout.fillWidth: true; Layout.minimumWidth: 6 }
+            Item { Layout.fillWidth: true; Layout.minimumWidth: 6; Layout.preferredWidth: 6 }
             Text { textFormat: Text.PlainText; text: "vs"; font.pixelSize: 11; color: Theme.secondary }
-            Item { Layout.fillWidth: true; Layout.minimumWidth: 6 }
-            Text {
-                textFormat: Text.PlainText
+            Item { Layout.fillWidth: true; Layout.minimumWidth: 6; Layout.preferredWidth: 6 }
+            FitText {
                 Layout.rightMargin: 6
-                Layout.maximumWidth: 130
+                Layout.fillWidth: true
+                Layout.maximumWidth: implicitWidth
+                minimumScale: 0.85
                 horizontalAlignment: Text.AlignRight
                 text: row.awayName
-                elide: Text.ElideRight
-                font.pixelSize: 13
                 font.weight: Font.Medium
                 color: Theme.text
             }
             CricketBadge { Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.awayLogo; placeholderColor: Theme.placeholder }
         }
         Row {
+            id: details
             spacing: 14
-            DetailLine { icon: "clock"; text: row.displayTime }
-            DetailLine { icon: "mappin"; text: row.venueText }
+            DetailLine { id: time; icon: "clock"; text: row.displayTime }
+            DetailLine {
+                icon: "mappin"
+                text: row.venueText
+                maximumWidth: row.width - 28 - time.width - details.spacing
+            }
         }
     }
     Divider { leadingInset: 14 }

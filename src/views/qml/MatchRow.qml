@@ -55,35 +55,38 @@ Column {
                 textFormat: Text.PlainText
                 Layout.preferredWidth: 22
                 text: row.statusIcon
+                font.family: Theme.emoji
                 font.pixelSize: 11
                 color: Theme.text
             }
             TeamSide { logo: row.homeLogo; code: row.homeCode }
-            Item { Layout.fillWidth: true; Layout.minimumWidth: 4 }
+            Item { Layout.preferredWidth: 4 }
+            // Takes all the room between the sides, the same in every row, so columns line up.
             Column {
+                Layout.fillWidth: true
                 Layout.minimumWidth: 100
                 spacing: 2
-                Text {
-                    textFormat: Text.PlainText
-                    anchors.horizontalCenter: parent.horizontalCenter
+                FitText {
+                    width: parent.width
+                    horizontalAlignment: Text.AlignHCenter
+                    size: 12
                     text: row.centreText
                     font.family: Theme.mono
-                    font.pixelSize: 12
                     font.weight: Font.DemiBold
                     color: row.isLive ? Theme.red : Theme.text
                 }
                 Text {
                     textFormat: Text.PlainText
-                    anchors.horizontalCenter: parent.horizontalCenter
+                    width: parent.width
+                    horizontalAlignment: Text.AlignHCenter
                     visible: text !== ""
-                    width: Math.min(implicitWidth, 150)
                     elide: Text.ElideRight
                     text: row.centreSubText
                     font.pixelSize: 9
                     color: Theme.secondary
                 }
             }
-            Item { Layout.fillWidth: true; Layout.minimumWidth: 4 }
+            Item { Layout.preferredWidth: 4 }
             TeamSide { logo: row.awayLogo; code: row.awayCode; trailing: true }
             Item {
                 Layout.preferredWidth: 20

@@ -41,30 +41,30 @@ Column {
             anchors.rightMargin: 14
             spacing: 0
             TeamSide { logo: row.homeLogo; code: row.homeCode; codeWidth: 34 }
-            Item { Layout.fillWidth: true; Layout.minimumWidth: 4 }
+            Item { Layout.preferredWidth: 4 }
+            // Takes all the room between the sides, the same in every row, so columns line up.
             Column {
+                Layout.fillWidth: true
                 Layout.minimumWidth: 110
                 spacing: 1
-                Text {
-                    textFormat: Text.PlainText
-                    anchors.horizontalCenter: parent.horizontalCenter
+                FitText {
+                    width: parent.width
+                    horizontalAlignment: Text.AlignHCenter
+                    size: 11
                     text: row.scoresText
                     font.family: Theme.mono
-                    font.pixelSize: 11
                     font.weight: Font.DemiBold
-                    fontSizeMode: Text.HorizontalFit
-                    minimumPixelSize: 8
                     color: Theme.text
                 }
-                Text {
-                    textFormat: Text.PlainText
-                    anchors.horizontalCenter: parent.horizontalCenter
+                FitText {
+                    width: parent.width
+                    horizontalAlignment: Text.AlignHCenter
+                    size: 9
                     text: row.matchOrder
-                    font.pixelSize: 9
                     color: Theme.secondary
                 }
             }
-            Item { Layout.fillWidth: true; Layout.minimumWidth: 4 }
+            Item { Layout.preferredWidth: 4 }
             TeamSide { logo: row.awayLogo; code: row.awayCode; codeWidth: 34; trailing: true }
             Item {
                 Layout.preferredWidth: 14
@@ -82,9 +82,21 @@ Column {
             rightPadding: 14
             bottomPadding: 10
             spacing: 5
-            DetailLine { visible: row.comments !== ""; icon: "trophy.fill"; tint: Theme.yellow; text: row.comments; strong: true }
-            DetailLine { visible: row.tossText !== ""; icon: "arrow.2.circlepath"; text: row.tossText }
-            DetailLine { icon: "mappin"; text: row.groundAndCity }
+            DetailLine {
+                visible: row.comments !== ""
+                maximumWidth: parent.width - 28
+                icon: "trophy.fill"
+                tint: Theme.yellow
+                text: row.comments
+                strong: true
+            }
+            DetailLine {
+                visible: row.tossText !== ""
+                maximumWidth: parent.width - 28
+                icon: "arrow.2.circlepath"
+                text: row.tossText
+            }
+            DetailLine { maximumWidth: parent.width - 28; icon: "mappin"; text: row.groundAndCity }
             ScorecardContent {
                 width: parent.width - 28
                 controller: row.controller

@@ -2,12 +2,14 @@ import QtQuick
 import QtQuick.Layouts
 
 // A batting or bowling table: a name column filling the width, then fixed number columns.
+// Each number column gets a gap before it, so that neighbouring figures never run together.
 Column {
     id: table
     property string heading
     property var columns: [] // [title, width, key]
     property var rows: []
     property bool bowling: false
+    readonly property int gap: 4
     width: parent ? parent.width : 0
 
     RowLayout {
@@ -27,7 +29,7 @@ Column {
             Text {
                 textFormat: Text.PlainText
                 required property var modelData
-                Layout.preferredWidth: modelData[1]
+                Layout.preferredWidth: modelData[1] + table.gap
                 horizontalAlignment: Text.AlignRight
                 bottomPadding: 3
                 text: modelData[0]
@@ -61,7 +63,7 @@ Column {
             Text {
                 textFormat: Text.PlainText
                 visible: !table.bowling && line.modelData.placeholder !== ""
-                Layout.preferredWidth: 130
+                Layout.preferredWidth: 130 + table.columns.length * table.gap
                 horizontalAlignment: Text.AlignRight
                 text: line.modelData.placeholder || ""
                 font.pixelSize: 9
@@ -75,8 +77,10 @@ Column {
                     required property var modelData
                     required property int index
                     readonly property bool first: index === 0
-                    Layout.preferredWidth: modelData[1]
+                    Layout.preferredWidth: modelData[1] + table.gap
+                    leftPadding: table.gap
                     horizontalAlignment: Text.AlignRight
+                    elide: Text.ElideRight
                     text: line.modelData[modelData[2]]
                     font.pixelSize: 11
                     font.weight: table.bowling

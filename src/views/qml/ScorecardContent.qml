@@ -23,9 +23,11 @@ Column {
         }
     }
     Text {
-        textFormat: Text.PlainText
+        textFormat: Text.RichText
         visible: holder.content.state === "error"
-        text: holder.content.error || ""
+        width: parent.width
+        wrapMode: Text.Wrap
+        text: Theme.warningText(holder.content.error || "")
         color: Theme.secondary
         font.pixelSize: 10
     }

@@ -13,4 +13,18 @@ QtObject {
     readonly property color red: "#d64541"
     readonly property color yellow: "#e5a50a"
     readonly property string mono: "monospace"
+    // The default fonts carry their own monochrome signs for some emoji (a grey outline for ⚠️),
+    // so emoji are drawn with the colour emoji font by name.
+    readonly property string emoji: "Noto Color Emoji"
+
+    // Rich text that shows the given plain text literally, its leading warning sign in colour.
+    function warningText(text) {
+        const sign = "\u26A0\uFE0F"
+        const escape = t => t.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/>/g, "&gt;")
+            .replace(/  /g, " &nbsp;").replace(/\n/g, "<br>")
+        if (!text.startsWith(sign))
+            return escape(text)
+        return "<span style=\"font-family:'" + emoji + "'\">" + sign + "</span>"
+            + escape(text.substring(sign.length))
+    }
 }
