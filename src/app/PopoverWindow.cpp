@@ -21,6 +21,7 @@ constexpr int gap = 4;
 } // namespace
 
 PopoverWindow::PopoverWindow(PopoverController &controller)
+    : m_controller(controller)
 {
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setTitle(u"Scores"_s);
@@ -58,6 +59,7 @@ void PopoverWindow::toggle(const QRect &anchor)
 
 void PopoverWindow::showBelow(const QRect &anchor)
 {
+    m_controller.followTimeZone();
     const QRect place = anchor.isNull() ? QRect(QCursor::pos(), QSize(1, 1)) : anchor;
     QScreen *screen = QGuiApplication::screenAt(place.center());
     if (!screen)

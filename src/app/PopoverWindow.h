@@ -31,6 +31,7 @@ signals:
 private:
     void closedByFocusLoss();
 
+    PopoverController &m_controller;
     QElapsedTimer m_sinceFocusLoss;
     QElapsedTimer m_sinceShowRequest;
 };

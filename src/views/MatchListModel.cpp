@@ -5,14 +5,18 @@
 #include "SpacesAndTabs.h"
 #include "TodayPresenter.h"
 
-MatchListModel::MatchListModel(Kind kind, QString serviceURL, QTimeZone zone, QLocale locale,
-                               QObject *parent)
+MatchListModel::MatchListModel(Kind kind, QString serviceURL, QLocale locale, QObject *parent)
     : QAbstractListModel(parent)
     , m_kind(kind)
     , m_serviceURL(std::move(serviceURL))
-    , m_zone(std::move(zone))
     , m_locale(std::move(locale))
 {
+}
+
+void MatchListModel::timeZoneChanged()
+{
+    if (!m_rows.isEmpty())
+        emit dataChanged(index(0), index(int(m_rows.size()) - 1), {CentreTextRole, DisplayTimeRole});
 }
 
 void MatchListModel::setMatches(const QList<ZelMatch> &matches)
@@ -118,7 +122,7 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
     case StatusIconRole:
         return MatchRowPresenter::statusIcon(m);
     case CentreTextRole:
-        return MatchRowPresenter::centreText(m, m_zone, m_locale);
+        return MatchRowPresenter::centreText(m, QTimeZone::systemTimeZone(), m_locale);
     case CentreSubTextRole:
         return MatchRowPresenter::centreSubText(m).value_or(QString());
     case IsLiveRole:
@@ -142,7 +146,7 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
     case MatchOrderRole:
         return m.matchOrder;
     case DisplayTimeRole:
-        return MatchRowPresenter::displayTime(m, m_zone, m_locale);
+        return MatchRowPresenter::displayTime(m, QTimeZone::systemTimeZone(), m_locale);
     case VenueTextRole:
         return MatchRowPresenter::venueText(m);
     case GroundAndCityRole:

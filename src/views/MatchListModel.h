@@ -40,13 +40,16 @@ public:
         SectionTitleRole,
     };
 
-    MatchListModel(Kind kind, QString serviceURL, QTimeZone zone = QTimeZone::systemTimeZone(),
-                   QLocale locale = QLocale::system(), QObject *parent = nullptr);
+    // Clock times are in the user's current time zone, whatever it was at start.
+    MatchListModel(Kind kind, QString serviceURL, QLocale locale = QLocale::system(),
+                   QObject *parent = nullptr);
 
     // Row texts come from the network; past this they are cut before QML lays them out.
     static constexpr qsizetype maximumTextLength = 160;
 
     void setMatches(const QList<ZelMatch> &matches);
+    // The user's time zone changed: every clock time is told again.
+    void timeZoneChanged();
     const ZelMatch *matchWithID(qint64 matchID) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -63,7 +66,6 @@ private:
 
     Kind m_kind;
     QString m_serviceURL;
-    QTimeZone m_zone;
     QLocale m_locale;
     QList<Row> m_rows;
 };

@@ -117,6 +117,17 @@ QString PopoverController::offlineReason(int) const
     return m_vm.isOffline() ? boundedForDisplay(m_vm.offlineReason(), 200) : QString();
 }
 
+void PopoverController::followTimeZone()
+{
+    const QByteArray zone = QTimeZone::systemTimeZoneId();
+    if (zone == m_timeZone)
+        return;
+    m_timeZone = zone;
+    for (MatchListModel *model : {&m_today, &m_results, &m_fixtures})
+        model->timeZoneChanged();
+    bump();
+}
+
 void PopoverController::refresh()
 {
     m_vm.invalidateAutoRefresh();

@@ -47,6 +47,9 @@ public:
     // Why it is out of date; empty while it is not.
     Q_INVOKABLE QString offlineReason(int revision) const;
 
+    // Called as the popover opens: clock times follow a change of the user's time zone.
+    void followTimeZone();
+
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void retry(int tab);
     // Return on a tab that shows an error retries it; false when the tab shows no error.
@@ -75,4 +78,5 @@ private:
     MatchListModel m_fixtures;
     int m_activeTab = Today;
     int m_revision = 0;
+    QByteArray m_timeZone = QTimeZone::systemTimeZoneId();
 };

@@ -1,9 +1,12 @@
 #include "PopoverController.h"
 #include "StateRig.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace std::chrono_literals;
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -126,6 +129,24 @@ private slots:
 
         const QVariantMap second = m_popover->inningsView(7, 1, m_popover->revision());
         QCOMPARE(second.value("yetToBat").toMap().value("name"), QVariant("Southshore"));
+    }
+
+    void clockTimesFollowTheUsersTimeZone()
+    {
+        const QByteArray zone = qgetenv("TZ");
+        qputenv("TZ", "Asia/Kolkata");
+        MatchListModel *rows = m_popover->fixturesModel();
+        m_popover->followTimeZone();
+        const auto shown = [&] {
+            return rows->data(rows->index(0), MatchListModel::DisplayTimeRole).toString();
+        };
+        QCOMPARE(shown(), QLocale::system().toString(QTime(10, 0), u"h:mm AP"_s));
+        QSignalSpy changed(rows, &QAbstractItemModel::dataChanged);
+        qputenv("TZ", "UTC");
+        m_popover->followTimeZone();
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(shown(), QLocale::system().toString(QTime(4, 30), u"h:mm AP"_s));
+        qputenv("TZ", zone);
     }
 
     void listRowsCarryThePresentersTexts()

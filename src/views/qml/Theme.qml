@@ -8,6 +8,7 @@ QtObject {
     readonly property color text: palette.windowText
     readonly property color secondary: Qt.rgba(text.r, text.g, text.b, 0.55)
     readonly property color divider: Qt.rgba(text.r, text.g, text.b, 0.15)
+    readonly property color edge: Qt.rgba(text.r, text.g, text.b, 0.35)
     readonly property color placeholder: Qt.rgba(text.r, text.g, text.b, 0.11)
     readonly property color header: Qt.rgba(background.r, background.g, background.b, 0.94)
     readonly property color red: "#d64541"

@@ -110,4 +110,13 @@ Rectangle {
             }
         }
     }
+
+    // The thin edge a desktop popup has, so that the popover stands out from the windows behind
+    // it on a light desktop as on a dark one.
+    Rectangle {
+        anchors.fill: parent
+        z: 100
+        color: "transparent"
+        border.color: Theme.edge
+    }
 }
