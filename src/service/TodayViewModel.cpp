@@ -5,9 +5,13 @@
 
 #include <algorithm>
 #include <QDBusConnection>
+#include <QLoggingCategory>
 #include <QPointer>
 
 namespace {
+
+// Off by default: QT_LOGGING_RULES="zel.refresh.debug=true" follows the refresh chain.
+Q_LOGGING_CATEGORY(lcRefresh, "zel.refresh", QtInfoMsg)
 
 QList<std::optional<QDateTime>> startsOf(const QList<ZelMatch> &list)
 {
@@ -132,7 +136,10 @@ void TodayViewModel::todayFailed(const QString &description)
     ++m_todayFailures;
     const bool newReason = description != m_lastTodayFailure;
     m_lastTodayFailure = description;
-    m_autoRefreshTimer.start(RefreshSchedule::retryAfter(m_todayFailures, m_setup.firstRetry));
+    const auto wait = RefreshSchedule::retryAfter(m_todayFailures, m_setup.firstRetry);
+    qCDebug(lcRefresh) << "today's matches failed:" << description << "- again in" << wait.count()
+                       << "ms";
+    m_autoRefreshTimer.start(wait);
     updateOffline(newReason);
 }
 
@@ -263,6 +270,7 @@ void TodayViewModel::scheduleAutoRefresh()
 {
     m_autoRefreshTimer.stop();
     m_refreshInterval = autoRefreshInterval();
+    qCDebug(lcRefresh) << "today's matches loaded; again in" << m_refreshInterval.count() << "ms";
     m_autoRefreshTimer.start(m_refreshInterval);
 }
 
