@@ -26,8 +26,8 @@ dbus-run-session -- bash -c '
     for _ in $(seq 50); do [[ -s $work/display ]] && break; sleep 0.1; done
     export DISPLAY=:$(cat "$work/display") XDG_RUNTIME_DIR=$work XDG_CACHE_HOME=$work/cache
     status-notifier-watcher & pids+=($!)
-    # A live match at twenty times the speed, and a service that fails in every way it can.
-    $build/tools/league-sim/zel-league-sim --scenario live-first-innings --speed 20 \
+    # A live match (polled every 30 s), and a service that fails in every way it can.
+    $build/tools/league-sim/zel-league-sim --scenario live-first-innings \
         --fail-rate 0.2 --drop-rate 0.05 --garbage-rate 0.1 --endless-rate 0.05 \
         --trickle-rate 0.05 --latency 200 >/dev/null &
     pids+=($!)
