@@ -110,7 +110,7 @@ int main(int argc, char *argv[])
     const qint64 statePrivate = memoryKiB("Private_Dirty");
 
     PopoverController popover(vm, origin);
-    popover.setActiveTab(PopoverController::Fixtures);
+    popover.setActiveTab(Popover::Tab::Fixtures);
     QQuickView view;
     view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     view.setInitialProperties({{"controller", QVariant::fromValue(&popover)}});

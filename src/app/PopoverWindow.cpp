@@ -59,7 +59,7 @@ void PopoverWindow::toggle(const QRect &anchor)
 
 void PopoverWindow::showBelow(const QRect &anchor)
 {
-    m_controller.followTimeZone();
+    m_controller.opening();
     const QRect place = anchor.isNull() ? QRect(QCursor::pos(), QSize(1, 1)) : anchor;
     QScreen *screen = QGuiApplication::screenAt(place.center());
     if (!screen)

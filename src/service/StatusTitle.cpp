@@ -8,8 +8,6 @@
 
 namespace {
 
-const QString prefix = StatusTitle::bat + QStringLiteral("  ");
-
 // Index of the match that a stable sort by start would put first among those accepted;
 // a missing start counts as the distant future (or, when latestFirst, the distant past).
 template <typename Accept>

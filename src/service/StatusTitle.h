@@ -10,6 +10,8 @@
 class StatusTitle {
 public:
     static inline const QString bat = QStringLiteral("\U0001F3CF");
+    // What every composed title, and the popover's own title, starts with.
+    static inline const QString prefix = bat + QStringLiteral("  ");
     static constexpr qsizetype maximumLength = 64;
 
     // A list of matches together with their parsed start times, index for index.

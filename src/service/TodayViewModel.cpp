@@ -79,16 +79,18 @@ void TodayViewModel::load(const ListLoad &list)
         if (!self)
             return;
         later(self, [self, list, result = std::move(result)]() mutable {
+            // The flag drops before the outcome is told, and is told last, so that no observer
+            // sees a moment with neither the old state nor the new one.
             self->*list.loading = false;
-            emit(self->*list.loadingChanged)();
             if (!result.isOk()) {
                 self->*list.error = result.error().description;
                 emit(self->*list.errorChanged)();
                 if (list.failed)
                     (self->*list.failed)(self->*list.error);
-                return;
+            } else {
+                (self->*list.loaded)(std::move(result).value());
             }
-            (self->*list.loaded)(std::move(result).value());
+            emit(self->*list.loadingChanged)();
         });
     });
 }

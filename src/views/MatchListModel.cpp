@@ -16,7 +16,8 @@ MatchListModel::MatchListModel(Kind kind, QString serviceURL, QLocale locale, QO
 void MatchListModel::timeZoneChanged()
 {
     if (!m_rows.isEmpty())
-        emit dataChanged(index(0), index(int(m_rows.size()) - 1), {CentreTextRole, DisplayTimeRole});
+        emit dataChanged(index(0), index(int(m_rows.size()) - 1),
+                         {CentreTextRole, DisplayTimeRole});
 }
 
 void MatchListModel::setMatches(const QList<ZelMatch> &matches)

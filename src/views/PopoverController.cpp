@@ -2,18 +2,10 @@
 
 #include "DisplayText.h"
 #include "ScorecardPresenter.h"
+#include "StatusTitle.h"
 #include "TodayViewModel.h"
 
 #include <QVariantList>
-
-namespace {
-
-TodayPresenter::AppTab appTab(int tab)
-{
-    return TodayPresenter::allTabs.value(tab);
-}
-
-} // namespace
 
 PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceURL, QObject *parent)
     : QObject(parent)
@@ -22,10 +14,14 @@ PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceU
     , m_today(MatchListModel::Kind::Today, serviceURL)
     , m_results(MatchListModel::Kind::Results, serviceURL)
     , m_fixtures(MatchListModel::Kind::Fixtures, serviceURL)
+    , m_resultsTab(Popover::Tab::Results, m_results)
+    , m_todayTab(Popover::Tab::Today, m_today)
+    , m_fixturesTab(Popover::Tab::Fixtures, m_fixtures)
 {
     m_today.setMatches(vm.matches());
     m_results.setMatches(vm.resultMatches());
     m_fixtures.setMatches(vm.fixtureMatches());
+    showTabs();
     connect(&vm, &TodayViewModel::matchesChanged, this,
             [this] { m_today.setMatches(m_vm.matches()); });
     connect(&vm, &TodayViewModel::resultMatchesChanged, this,
@@ -36,11 +32,23 @@ PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceU
          {&TodayViewModel::isLoadingChanged, &TodayViewModel::isLoadingFixturesChanged,
           &TodayViewModel::isLoadingResultsChanged, &TodayViewModel::errorChanged,
           &TodayViewModel::fixturesErrorChanged, &TodayViewModel::resultsErrorChanged,
-          &TodayViewModel::lastUpdatedChanged, &TodayViewModel::scorecardsChanged,
-          &TodayViewModel::scorecardErrorsChanged, &TodayViewModel::loadingScorecardsChanged,
           &TodayViewModel::matchesChanged, &TodayViewModel::resultMatchesChanged,
-          &TodayViewModel::fixtureMatchesChanged, &TodayViewModel::offlineChanged})
+          &TodayViewModel::fixtureMatchesChanged})
+        connect(&vm, signal, this, &PopoverController::showTabs);
+    for (auto signal : {&TodayViewModel::lastUpdatedChanged, &TodayViewModel::offlineChanged})
+        connect(&vm, signal, this, &PopoverController::headerChanged);
+    for (auto signal : {&TodayViewModel::scorecardsChanged, &TodayViewModel::scorecardErrorsChanged,
+                        &TodayViewModel::loadingScorecardsChanged, &TodayViewModel::matchesChanged,
+                        &TodayViewModel::resultMatchesChanged})
         connect(&vm, signal, this, &PopoverController::bump);
+}
+
+void PopoverController::showTabs()
+{
+    m_todayTab.show(m_vm.isLoading(), m_vm.error(), m_vm.matches().isEmpty());
+    m_resultsTab.show(m_vm.isLoadingResults(), m_vm.resultsError(), m_vm.resultMatches().isEmpty());
+    m_fixturesTab.show(m_vm.isLoadingFixtures(), m_vm.fixturesError(),
+                       m_vm.fixtureMatches().isEmpty());
 }
 
 void PopoverController::bump()
@@ -49,83 +57,72 @@ void PopoverController::bump()
     emit revisionChanged();
 }
 
-void PopoverController::setActiveTab(int tab)
+PopoverTab &PopoverController::tab(Popover::Tab tab)
 {
-    if (tab == m_activeTab || tab < Results || tab > Fixtures)
+    switch (tab) {
+    case Popover::Tab::Results:
+        return m_resultsTab;
+    case Popover::Tab::Fixtures:
+        return m_fixturesTab;
+    case Popover::Tab::Today:
+        break;
+    }
+    return m_todayTab;
+}
+
+void PopoverController::setActiveTab(Popover::Tab tab)
+{
+    if (tab == m_activeTab || !TodayPresenter::allTabs.contains(tab))
         return;
     m_activeTab = tab;
     emit activeTabChanged();
     // Results reload on every visit; fixtures only while there are none.
-    if (tab == Results && !m_vm.isLoadingResults())
+    if (tab == Popover::Tab::Results && !m_vm.isLoadingResults())
         m_vm.fetchResults();
-    if (tab == Fixtures && m_vm.fixtureMatches().isEmpty() && !m_vm.isLoadingFixtures())
+    if (tab == Popover::Tab::Fixtures && m_vm.fixtureMatches().isEmpty() &&
+        !m_vm.isLoadingFixtures())
         m_vm.fetchFixtures();
+}
+
+QStringList PopoverController::tabLabels() const
+{
+    QStringList labels;
+    for (Popover::Tab tab : TodayPresenter::allTabs)
+        labels.append(TodayPresenter::label(tab));
+    return labels;
 }
 
 QString PopoverController::title() const
 {
-    return QStringLiteral("\U0001F3CF  ") + m_vm.competitionName();
+    return StatusTitle::prefix + m_vm.competitionName();
 }
 
-int PopoverController::content(int tab, int) const
-{
-    switch (tab) {
-    case Results:
-        return int(TodayPresenter::content(m_vm.isLoadingResults(), m_vm.resultsError(),
-                                           m_vm.resultMatches().isEmpty()));
-    case Fixtures:
-        return int(TodayPresenter::content(m_vm.isLoadingFixtures(), m_vm.fixturesError(),
-                                           m_vm.fixtureMatches().isEmpty()));
-    default:
-        return int(
-            TodayPresenter::content(m_vm.isLoading(), m_vm.error(), m_vm.matches().isEmpty()));
-    }
-}
-
-QString PopoverController::message(int tab, int revision) const
-{
-    const QString &error = tab == Results    ? m_vm.resultsError()
-                           : tab == Fixtures ? m_vm.fixturesError()
-                                             : m_vm.error();
-    switch (Content(content(tab, revision))) {
-    case Loading:
-        return TodayPresenter::loadingText(appTab(tab));
-    case Error:
-        return TodayPresenter::errorText(error);
-    case Empty:
-        return TodayPresenter::emptyText(appTab(tab));
-    case List:
-        break;
-    }
-    return QString();
-}
-
-QString PopoverController::todayLabel(int) const
+QString PopoverController::todayLabel() const
 {
     return TodayPresenter::todayLabel(QDateTime::currentDateTime(), QTimeZone::systemTimeZone(),
                                       QLocale::system());
 }
 
-QString PopoverController::updatedLabel(int) const
+QString PopoverController::updatedLabel() const
 {
     return TodayPresenter::updatedLabel(m_vm.lastUpdated(), m_vm.isOffline(),
                                         QTimeZone::systemTimeZone());
 }
 
-QString PopoverController::offlineReason(int) const
+QString PopoverController::offlineReason() const
 {
     return m_vm.isOffline() ? boundedForDisplay(m_vm.offlineReason(), 200) : QString();
 }
 
-void PopoverController::followTimeZone()
+void PopoverController::opening()
 {
+    emit headerChanged(); // a new day may have begun while it was closed
     const QByteArray zone = QTimeZone::systemTimeZoneId();
     if (zone == m_timeZone)
         return;
     m_timeZone = zone;
     for (MatchListModel *model : {&m_today, &m_results, &m_fixtures})
         model->timeZoneChanged();
-    bump();
 }
 
 void PopoverController::refresh()
@@ -135,11 +132,11 @@ void PopoverController::refresh()
     m_vm.fetchFixtures();
 }
 
-void PopoverController::retry(int tab)
+void PopoverController::retry(Popover::Tab tab)
 {
-    if (tab == Results)
+    if (tab == Popover::Tab::Results)
         m_vm.fetchResults();
-    else if (tab == Fixtures)
+    else if (tab == Popover::Tab::Fixtures)
         m_vm.fetchFixtures();
     else
         refresh();
@@ -147,7 +144,7 @@ void PopoverController::retry(int tab)
 
 bool PopoverController::retryIfFailed()
 {
-    if (content(m_activeTab, m_revision) != Error)
+    if (tab(m_activeTab).content() != Popover::Content::Error)
         return false;
     retry(m_activeTab);
     return true;

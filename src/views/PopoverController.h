@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MatchListModel.h"
+#include "PopoverTab.h"
 #include "TodayPresenter.h"
 
 #include <QObject>
@@ -9,49 +10,52 @@
 
 class TodayViewModel;
 
-// What the popover's QML binds to: the selected tab with its switching rule, the three lists,
-// each tab's state and message, and the scorecard of an opened row. Calls with a revision
-// argument are re-evaluated by QML whenever the state object changes.
+// What the popover's QML binds to: the header's texts, the selected tab with its switching
+// rule, the three tabs with their lists and states, and the scorecard of an opened row. The
+// scorecard calls with a revision argument are re-evaluated by QML whenever a scorecard changes.
 class PopoverController : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the application")
-    Q_PROPERTY(int activeTab READ activeTab WRITE setActiveTab NOTIFY activeTabChanged)
-    Q_PROPERTY(MatchListModel *todayModel READ todayModel CONSTANT)
-    Q_PROPERTY(MatchListModel *resultsModel READ resultsModel CONSTANT)
-    Q_PROPERTY(MatchListModel *fixturesModel READ fixturesModel CONSTANT)
+    Q_PROPERTY(Popover::Tab activeTab READ activeTab WRITE setActiveTab NOTIFY activeTabChanged)
+    Q_PROPERTY(PopoverTab *resultsTab READ resultsTab CONSTANT)
+    Q_PROPERTY(PopoverTab *todayTab READ todayTab CONSTANT)
+    Q_PROPERTY(PopoverTab *fixturesTab READ fixturesTab CONSTANT)
+    Q_PROPERTY(QStringList tabLabels READ tabLabels CONSTANT)
     Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString todayLabel READ todayLabel NOTIFY headerChanged)
+    Q_PROPERTY(QString updatedLabel READ updatedLabel NOTIFY headerChanged)
+    Q_PROPERTY(QString offlineReason READ offlineReason NOTIFY headerChanged)
     Q_PROPERTY(int revision READ revision NOTIFY revisionChanged)
 
 public:
-    enum Tab { Results, Today, Fixtures };
-    Q_ENUM(Tab)
-    enum Content { Loading, Error, List, Empty };
-    Q_ENUM(Content)
-
     PopoverController(TodayViewModel &vm, const QString &serviceURL, QObject *parent = nullptr);
 
-    int activeTab() const { return m_activeTab; }
-    void setActiveTab(int tab);
+    Popover::Tab activeTab() const { return m_activeTab; }
+    void setActiveTab(Popover::Tab tab);
+    PopoverTab *resultsTab() { return &m_resultsTab; }
+    PopoverTab *todayTab() { return &m_todayTab; }
+    PopoverTab *fixturesTab() { return &m_fixturesTab; }
+    PopoverTab &tab(Popover::Tab tab);
     MatchListModel *todayModel() { return &m_today; }
     MatchListModel *resultsModel() { return &m_results; }
     MatchListModel *fixturesModel() { return &m_fixtures; }
+    QStringList tabLabels() const;
     QString title() const;
+    // "Monday, 16 November 2026", in the user's time zone.
+    QString todayLabel() const;
+    // "Updated 19:42", or "Offline · Updated 19:42" while today's data is out of date.
+    QString updatedLabel() const;
+    // Why it is out of date; empty while it is not.
+    QString offlineReason() const;
     int revision() const { return m_revision; }
 
-    Q_INVOKABLE int content(int tab, int revision) const;
-    Q_INVOKABLE QString message(int tab, int revision) const;
-    Q_INVOKABLE QString todayLabel(int revision) const;
-    // "Updated 19:42", or "Offline · Updated 19:42" while today's data is out of date.
-    Q_INVOKABLE QString updatedLabel(int revision) const;
-    // Why it is out of date; empty while it is not.
-    Q_INVOKABLE QString offlineReason(int revision) const;
-
-    // Called as the popover opens: clock times follow a change of the user's time zone.
-    void followTimeZone();
+    // Called as the popover opens: the date and the clock times follow the user's current day
+    // and time zone.
+    void opening();
 
     Q_INVOKABLE void refresh();
-    Q_INVOKABLE void retry(int tab);
+    Q_INVOKABLE void retry(Popover::Tab tab);
     // Return on a tab that shows an error retries it; false when the tab shows no error.
     Q_INVOKABLE bool retryIfFailed();
     // A row opened (or a live row came on screen): load its scorecard unless it is cached.
@@ -65,18 +69,23 @@ public:
 
 signals:
     void activeTabChanged();
+    void headerChanged();
     void revisionChanged();
 
 private:
     const ZelMatch *findMatch(qint64 matchID) const;
     void bump();
+    void showTabs();
 
     TodayViewModel &m_vm;
     QString m_serviceURL;
     MatchListModel m_today;
     MatchListModel m_results;
     MatchListModel m_fixtures;
-    int m_activeTab = Today;
+    PopoverTab m_resultsTab;
+    PopoverTab m_todayTab;
+    PopoverTab m_fixturesTab;
+    Popover::Tab m_activeTab = Popover::Tab::Today;
     int m_revision = 0;
     QByteArray m_timeZone = QTimeZone::systemTimeZoneId();
 };

@@ -40,7 +40,8 @@ std::optional<ScorecardPresenter::Side> ScorecardPresenter::yetToBat(const ZelMa
     const bool homeFirst = match.homeBattedFirst();
     if (isTossPhase(match)) {
         // Only the first two tabs name a side; any later innings is the away side's.
-        const bool home = (homeFirst && selectedInnings == 0) || (!homeFirst && selectedInnings == 1);
+        const bool home =
+            (homeFirst && selectedInnings == 0) || (!homeFirst && selectedInnings == 1);
         return home ? Side::Home : Side::Away;
     }
     if (selectedInnings >= scorecard.innings.size())

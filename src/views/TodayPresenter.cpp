@@ -35,17 +35,9 @@ QString TodayPresenter::label(AppTab tab)
     return QString::fromUtf8(textsOf(tab).label);
 }
 
-std::optional<TodayPresenter::AppTab> TodayPresenter::tabNamed(const QString &name)
+Popover::Content TodayPresenter::content(bool loading, const QString &error, bool listEmpty)
 {
-    for (AppTab tab : allTabs) {
-        if (label(tab) == name)
-            return tab;
-    }
-    return std::nullopt;
-}
-
-TodayPresenter::Content TodayPresenter::content(bool loading, const QString &error, bool listEmpty)
-{
+    using Content = Popover::Content;
     if (loading && listEmpty)
         return Content::Loading;
     if (!error.isEmpty() && listEmpty)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PopoverTypes.h"
 #include "ZelMatch.h"
 
 #include <optional>
@@ -11,14 +12,11 @@
 // The popover's tabs, day groups and header texts.
 class TodayPresenter {
 public:
-    enum class AppTab { Results, Today, Fixtures };
+    using AppTab = Popover::Tab;
     static const QList<AppTab> allTabs;
     static QString label(AppTab tab);
-    static std::optional<AppTab> tabNamed(const QString &label);
 
-    // What a tab shows, tested in this order.
-    enum class Content { Loading, Error, List, Empty };
-    static Content content(bool loading, const QString &error, bool listEmpty);
+    static Popover::Content content(bool loading, const QString &error, bool listEmpty);
     static QString loadingText(AppTab tab);
     static QString emptyText(AppTab tab);
     static QString errorText(const QString &error);

@@ -62,16 +62,16 @@ private slots:
 
     void switchingTabsLoadsAsTheRulesSay()
     {
-        QCOMPARE(m_popover->activeTab(), int(PopoverController::Today));
-        m_popover->setActiveTab(PopoverController::Results);
+        QCOMPARE(m_popover->activeTab(), Popover::Tab::Today);
+        m_popover->setActiveTab(Popover::Tab::Results);
         QVERIFY(settled());
-        m_popover->setActiveTab(PopoverController::Today);
-        m_popover->setActiveTab(PopoverController::Results);
+        m_popover->setActiveTab(Popover::Tab::Today);
+        m_popover->setActiveTab(Popover::Tab::Results);
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/results"), 2);
 
         const auto fixtureLoads = m_server->requestCount("/api/matches/upcoming");
-        m_popover->setActiveTab(PopoverController::Fixtures);
+        m_popover->setActiveTab(Popover::Tab::Fixtures);
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/upcoming"), fixtureLoads);
         QCOMPARE(m_popover->fixturesModel()->rowCount(), 1); // the undated one is not a fixture
@@ -79,24 +79,22 @@ private slots:
 
     void tabStatesAndMessages()
     {
-        const int rev = m_popover->revision();
-        QCOMPARE(m_popover->content(PopoverController::Today, rev), int(PopoverController::List));
-        QCOMPARE(m_popover->content(PopoverController::Results, rev),
-                 int(PopoverController::Empty));
-        QCOMPARE(m_popover->message(PopoverController::Results, rev),
-                 QStringLiteral("No results yet"));
+        PopoverTab &results = *m_popover->resultsTab();
+        QCOMPARE(m_popover->todayTab()->content(), Popover::Content::List);
+        QCOMPARE(results.content(), Popover::Content::Empty);
+        QCOMPARE(results.message(), QStringLiteral("No results yet"));
+        QCOMPARE(results.label(), QStringLiteral("Results"));
+        QSignalSpy changed(&results, &PopoverTab::changed);
 
         m_server->script("/api/matches/results", {503, "{}"});
-        m_popover->setActiveTab(PopoverController::Results);
-        QCOMPARE(m_popover->message(PopoverController::Results, m_popover->revision()),
-                 QStringLiteral("Loading results\u2026"));
+        m_popover->setActiveTab(Popover::Tab::Results);
+        QCOMPARE(results.message(), QStringLiteral("Loading results\u2026"));
         QVERIFY(settled());
-        QCOMPARE(m_popover->content(PopoverController::Results, m_popover->revision()),
-                 int(PopoverController::Error));
-        QCOMPARE(m_popover->message(PopoverController::Results, m_popover->revision()),
-                 QStringLiteral("\u26A0\uFE0F  HTTP 503"));
+        QCOMPARE(results.content(), Popover::Content::Error);
+        QCOMPARE(results.message(), QStringLiteral("\u26A0\uFE0F  HTTP 503"));
+        QCOMPARE(changed.count(), 2);
         m_server->script("/api/matches/results", {200, R"({"matches": [{"matchID": 3}]})"});
-        m_popover->retry(PopoverController::Results);
+        m_popover->retry(Popover::Tab::Results);
         QVERIFY(settled());
         QCOMPARE(m_popover->resultsModel()->rowCount(), 1);
     }
@@ -136,14 +134,14 @@ private slots:
         const QByteArray zone = qgetenv("TZ");
         qputenv("TZ", "Asia/Kolkata");
         MatchListModel *rows = m_popover->fixturesModel();
-        m_popover->followTimeZone();
+        m_popover->opening();
         const auto shown = [&] {
             return rows->data(rows->index(0), MatchListModel::DisplayTimeRole).toString();
         };
         QCOMPARE(shown(), QLocale::system().toString(QTime(10, 0), u"h:mm AP"_s));
         QSignalSpy changed(rows, &QAbstractItemModel::dataChanged);
         qputenv("TZ", "UTC");
-        m_popover->followTimeZone();
+        m_popover->opening();
         QCOMPARE(changed.count(), 1);
         QCOMPARE(shown(), QLocale::system().toString(QTime(4, 30), u"h:mm AP"_s));
         qputenv("TZ", zone);

@@ -151,12 +151,12 @@ private slots:
     void loadingThenEmptyStatesShowTheirMessages()
     {
         m_server->script("/api/matches/results", {200, R"({"matches": []})", 300ms});
-        m_popover->setActiveTab(PopoverController::Results);
+        m_popover->setActiveTab(Popover::Tab::Results);
         QQuickItem *results = tab("resultsTab");
-        QCOMPARE(results->property("shown").toInt(), int(PopoverController::Loading));
+        QCOMPARE(results->property("shown").toInt(), int(Popover::Content::Loading));
         QVERIFY(visibleText(results, "Loading results\u2026"));
         QVERIFY(settled());
-        QCOMPARE(results->property("shown").toInt(), int(PopoverController::Empty));
+        QCOMPARE(results->property("shown").toInt(), int(Popover::Content::Empty));
         QVERIFY(visibleText(results, "No results yet"));
         QVERIFY(!visibleText(results, "Loading results\u2026"));
     }
@@ -176,7 +176,7 @@ private slots:
 
     void errorStateOffersRetry()
     {
-        m_popover->setActiveTab(PopoverController::Results);
+        m_popover->setActiveTab(Popover::Tab::Results);
         QVERIFY(settled());
         QQuickItem *retry = child(tab("resultsTab"), "retryButton");
         QVERIFY(retry && retry->isVisible());
@@ -189,7 +189,7 @@ private slots:
         QTest::keyClick(m_view.get(), Qt::Key_Return);
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/results"), loads + 2);
-        m_popover->setActiveTab(PopoverController::Today);
+        m_popover->setActiveTab(Popover::Tab::Today);
         const auto todayLoads = m_server->requestCount("/api/matches/today");
         QTest::keyClick(m_view.get(), Qt::Key_Return);
         QVERIFY(settled());
@@ -242,14 +242,14 @@ private slots:
             QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, at.toPoint());
         };
         clickSegment(0);
-        QCOMPARE(m_popover->activeTab(), int(PopoverController::Results));
+        QCOMPARE(m_popover->activeTab(), Popover::Tab::Results);
         m_view->rootObject()->forceActiveFocus();
         QTest::keyClick(m_view.get(), Qt::Key_Right);
-        QCOMPARE(m_popover->activeTab(), int(PopoverController::Today));
-        QCOMPARE(bar->property("currentIndex").toInt(), m_popover->activeTab());
+        QCOMPARE(m_popover->activeTab(), Popover::Tab::Today);
+        QCOMPARE(bar->property("currentIndex").toInt(), int(m_popover->activeTab()));
         clickSegment(2);
         QTest::keyClick(m_view.get(), Qt::Key_Left);
-        QCOMPARE(bar->property("currentIndex").toInt(), int(PopoverController::Today));
+        QCOMPARE(bar->property("currentIndex").toInt(), int(Popover::Tab::Today));
     }
 
     void keyboardSwitchesTabsAndEscapeCloses()
@@ -257,10 +257,10 @@ private slots:
         QSignalSpy closed(m_view->rootObject(), SIGNAL(closeRequested()));
         m_view->rootObject()->forceActiveFocus();
         QTest::keyClick(m_view.get(), Qt::Key_Left);
-        QCOMPARE(m_popover->activeTab(), int(PopoverController::Results));
+        QCOMPARE(m_popover->activeTab(), Popover::Tab::Results);
         QTest::keyClick(m_view.get(), Qt::Key_Right);
         QTest::keyClick(m_view.get(), Qt::Key_Right);
-        QCOMPARE(m_popover->activeTab(), int(PopoverController::Fixtures));
+        QCOMPARE(m_popover->activeTab(), Popover::Tab::Fixtures);
         QTest::keyClick(m_view.get(), Qt::Key_Escape);
         QCOMPARE(closed.count(), 1);
     }

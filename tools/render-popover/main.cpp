@@ -123,9 +123,9 @@ int main(int argc, char *argv[])
         QTest::qWait(600); // logos and the expand animation
     };
     settle();
-    for (const auto &[tab, name] : {std::pair{PopoverController::Today, "today"},
-                                    std::pair{PopoverController::Results, "results"},
-                                    std::pair{PopoverController::Fixtures, "fixtures"}}) {
+    for (const auto &[tab, name] :
+         {std::pair{Popover::Tab::Today, "today"}, std::pair{Popover::Tab::Results, "results"},
+          std::pair{Popover::Tab::Fixtures, "fixtures"}}) {
         popover.setActiveTab(tab);
         settle();
         const QString file = out.filePath(parser.value("prefix") + "-" + name + ".png");

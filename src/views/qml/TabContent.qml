@@ -5,24 +5,23 @@ import ZelMenuBar
 Item {
     id: content
     required property PopoverController controller
-    required property int tab
-    property alias model: list.model
+    required property PopoverTab tab
     property alias delegate: list.delegate
     property bool sectioned: false
-    readonly property int shown: controller.content(tab, controller.revision)
-    readonly property string message: controller.message(tab, controller.revision)
+    readonly property int shown: tab.content
+    readonly property string message: tab.message
     readonly property alias list: list
 
     CentreMessage {
         anchors.centerIn: parent
-        visible: content.shown === PopoverController.Loading || content.shown === PopoverController.Empty
-        spinner: content.shown === PopoverController.Loading
+        visible: content.shown === Popover.Loading || content.shown === Popover.Empty
+        spinner: content.shown === Popover.Loading
         text: content.message
     }
 
     Column {
         anchors.centerIn: parent
-        visible: content.shown === PopoverController.Error
+        visible: content.shown === Popover.Error
         spacing: 12
         CentreMessage {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -32,14 +31,15 @@ Item {
             objectName: "retryButton"
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Retry"
-            onClicked: content.controller.retry(content.tab)
+            onClicked: content.controller.retry(content.tab.tab)
         }
     }
 
     ListView {
         id: list
         anchors.fill: parent
-        visible: content.shown === PopoverController.List
+        model: content.tab.model
+        visible: content.shown === Popover.List
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: true

@@ -13,8 +13,8 @@ Rectangle {
     focus: true
 
     Keys.onEscapePressed: root.closeRequested()
-    Keys.onLeftPressed: controller.activeTab = Math.max(0, controller.activeTab - 1)
-    Keys.onRightPressed: controller.activeTab = Math.min(2, controller.activeTab + 1)
+    Keys.onLeftPressed: controller.activeTab = Math.max(Popover.Results, controller.activeTab - 1)
+    Keys.onRightPressed: controller.activeTab = Math.min(Popover.Fixtures, controller.activeTab + 1)
     Keys.onReturnPressed: (event) => event.accepted = controller.retryIfFailed()
     Keys.onEnterPressed: (event) => event.accepted = controller.retryIfFailed()
 
@@ -39,7 +39,7 @@ Rectangle {
                 }
                 Text {
                     textFormat: Text.PlainText
-                    text: root.controller.todayLabel(root.controller.revision)
+                    text: root.controller.todayLabel
                     font.pixelSize: 10
                     color: Theme.secondary
                 }
@@ -49,10 +49,10 @@ Rectangle {
                 textFormat: Text.PlainText
                 visible: text !== ""
                 objectName: "updatedLabel"
-                text: root.controller.updatedLabel(root.controller.revision)
+                text: root.controller.updatedLabel
                 font.pixelSize: 10
                 color: Theme.secondary
-                HoverTip { text: root.controller.offlineReason(root.controller.revision) }
+                HoverTip { text: root.controller.offlineReason }
             }
             PushButton {
                 objectName: "refreshButton"
@@ -73,7 +73,7 @@ Rectangle {
             Layout.rightMargin: 14
             Layout.topMargin: 8
             Layout.bottomMargin: 8
-            labels: ["Results", "Today", "Fixtures"]
+            labels: root.controller.tabLabels
             currentIndex: root.controller.activeTab
             onActivated: index => root.controller.activeTab = index
         }
@@ -88,24 +88,21 @@ Rectangle {
             TabContent {
                 objectName: "resultsTab"
                 controller: root.controller
-                tab: PopoverController.Results
+                tab: root.controller.resultsTab
                 sectioned: true
-                model: root.controller.resultsModel
                 delegate: ResultRow { controller: root.controller }
             }
             TabContent {
                 objectName: "todayTab"
                 controller: root.controller
-                tab: PopoverController.Today
-                model: root.controller.todayModel
+                tab: root.controller.todayTab
                 delegate: MatchRow { controller: root.controller }
             }
             TabContent {
                 objectName: "fixturesTab"
                 controller: root.controller
-                tab: PopoverController.Fixtures
+                tab: root.controller.fixturesTab
                 sectioned: true
-                model: root.controller.fixturesModel
                 delegate: FixtureRow {}
             }
         }
