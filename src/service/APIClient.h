@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <functional>
+#include <QFutureWatcher>
 #include <QObject>
 #include <QtConcurrentRun>
 
@@ -61,11 +62,16 @@ public:
                 completion(body.error());
                 return;
             }
-            QtConcurrent::run([bytes = std::move(body).value()] {
-                return std::optional(Record::fromJson(bytes));
-            }).then(this, [completion](std::optional<Result<Record>> decoded) {
-                completion(std::move(*decoded));
+            // A watcher owned by this client, not a continuation with a context: the client may
+            // be destroyed while the decode runs, and the watcher then takes the answer with it.
+            auto *watcher = new QFutureWatcher<std::optional<Result<Record>>>(this);
+            connect(watcher, &QFutureWatcherBase::finished, this, [watcher, completion] {
+                watcher->deleteLater();
+                completion(*watcher->result());
             });
+            watcher->setFuture(QtConcurrent::run([bytes = std::move(body).value()] {
+                return std::optional(Record::fromJson(bytes));
+            }));
         });
     }
 
