@@ -116,8 +116,8 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
         return ZelMatch::logoURL(text, m_serviceURL).value_or(QUrl());
     };
     switch (Role(role)) {
-    case MatchIdRole:
-        return m.matchID;
+    case MatchKeyRole:
+        return QString::number(m.matchID); // a QML number would round identifiers past 2^53
     case StatusRole:
         return m.matchStatus;
     case StatusIconRole:
@@ -164,25 +164,15 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
 
 QHash<int, QByteArray> MatchListModel::roleNames() const
 {
-    return {{MatchIdRole, "matchId"},
-            {StatusRole, "status"},
-            {StatusIconRole, "statusIcon"},
-            {CentreTextRole, "centreText"},
-            {CentreSubTextRole, "centreSubText"},
-            {IsLiveRole, "isLive"},
-            {OpensOnTapRole, "opensOnTap"},
-            {HomeCodeRole, "homeCode"},
-            {AwayCodeRole, "awayCode"},
-            {HomeNameRole, "homeName"},
-            {AwayNameRole, "awayName"},
-            {HomeLogoRole, "homeLogo"},
-            {AwayLogoRole, "awayLogo"},
-            {ScoresTextRole, "scoresText"},
-            {MatchOrderRole, "matchOrder"},
-            {DisplayTimeRole, "displayTime"},
-            {VenueTextRole, "venueText"},
-            {GroundAndCityRole, "groundAndCity"},
-            {CommentsRole, "comments"},
-            {TossTextRole, "tossText"},
+    return {{MatchKeyRole, "matchKey"},           {StatusRole, "status"},
+            {StatusIconRole, "statusIcon"},       {CentreTextRole, "centreText"},
+            {CentreSubTextRole, "centreSubText"}, {IsLiveRole, "isLive"},
+            {OpensOnTapRole, "opensOnTap"},       {HomeCodeRole, "homeCode"},
+            {AwayCodeRole, "awayCode"},           {HomeNameRole, "homeName"},
+            {AwayNameRole, "awayName"},           {HomeLogoRole, "homeLogo"},
+            {AwayLogoRole, "awayLogo"},           {ScoresTextRole, "scoresText"},
+            {MatchOrderRole, "matchOrder"},       {DisplayTimeRole, "displayTime"},
+            {VenueTextRole, "venueText"},         {GroundAndCityRole, "groundAndCity"},
+            {CommentsRole, "comments"},           {TossTextRole, "tossText"},
             {SectionTitleRole, "sectionTitle"}};
 }

@@ -17,7 +17,7 @@ class MatchListModel : public QAbstractListModel {
 public:
     enum class Kind { Today, Results, Fixtures };
     enum Role {
-        MatchIdRole = Qt::UserRole + 1,
+        MatchKeyRole = Qt::UserRole + 1,
         StatusRole,
         StatusIconRole,
         CentreTextRole,

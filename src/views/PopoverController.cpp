@@ -1,11 +1,8 @@
 #include "PopoverController.h"
 
 #include "DisplayText.h"
-#include "ScorecardPresenter.h"
 #include "StatusTitle.h"
 #include "TodayViewModel.h"
-
-#include <QVariantList>
 
 PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceURL, QObject *parent)
     : QObject(parent)
@@ -40,7 +37,7 @@ PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceU
     for (auto signal : {&TodayViewModel::scorecardsChanged, &TodayViewModel::scorecardErrorsChanged,
                         &TodayViewModel::loadingScorecardsChanged, &TodayViewModel::matchesChanged,
                         &TodayViewModel::resultMatchesChanged})
-        connect(&vm, signal, this, &PopoverController::bump);
+        connect(&vm, signal, this, &PopoverController::scorecardsChanged);
 }
 
 void PopoverController::showTabs()
@@ -49,12 +46,6 @@ void PopoverController::showTabs()
     m_resultsTab.show(m_vm.isLoadingResults(), m_vm.resultsError(), m_vm.resultMatches().isEmpty());
     m_fixturesTab.show(m_vm.isLoadingFixtures(), m_vm.fixturesError(),
                        m_vm.fixtureMatches().isEmpty());
-}
-
-void PopoverController::bump()
-{
-    ++m_revision;
-    emit revisionChanged();
 }
 
 PopoverTab &PopoverController::tab(Popover::Tab tab)
@@ -150,22 +141,12 @@ bool PopoverController::retryIfFailed()
     return true;
 }
 
-void PopoverController::scorecardWanted(qint64 matchID)
+void PopoverController::scorecardWanted(const QString &matchKey)
 {
-    if (!m_vm.scorecards().contains(matchID))
+    bool isNumber = false;
+    const qint64 matchID = matchKey.toLongLong(&isNumber);
+    if (isNumber && !m_vm.scorecards().contains(matchID))
         m_vm.fetchScorecard(matchID);
-}
-
-QVariantMap PopoverController::scorecardContent(qint64 matchID, int) const
-{
-    if (m_vm.loadingScorecards().contains(matchID))
-        return {{"state", "loading"}};
-    if (m_vm.scorecardErrors().contains(matchID))
-        return {{"state", "error"},
-                {"error", QStringLiteral("\u26A0\uFE0F ") + m_vm.scorecardErrors().value(matchID)}};
-    if (m_vm.scorecards().contains(matchID))
-        return {{"state", "card"}};
-    return {{"state", "none"}};
 }
 
 const ZelMatch *PopoverController::findMatch(qint64 matchID) const
@@ -173,66 +154,4 @@ const ZelMatch *PopoverController::findMatch(qint64 matchID) const
     if (const ZelMatch *match = m_today.matchWithID(matchID))
         return match;
     return m_results.matchWithID(matchID);
-}
-
-int PopoverController::initialInnings(qint64 matchID) const
-{
-    const ZelMatch *match = findMatch(matchID);
-    return match ? ScorecardPresenter::initialInnings(*match) : 0;
-}
-
-QVariantMap PopoverController::inningsView(qint64 matchID, int selected, int) const
-{
-    const ZelMatch *match = findMatch(matchID);
-    const auto card = m_vm.scorecards().constFind(matchID);
-    if (!match || card == m_vm.scorecards().cend())
-        return {};
-    selected = qMax(0, selected);
-    QVariantMap view{{"tab1", ScorecardPresenter::tab1Label(*match)},
-                     {"tab2", ScorecardPresenter::tab2Label(*match)}};
-    if (const auto side = ScorecardPresenter::yetToBat(*match, *card, selected)) {
-        const bool home = *side == ScorecardPresenter::Side::Home;
-        view.insert(
-            "yetToBat",
-            QVariantMap{{"name", home ? match->homeTeamName : match->awayTeamName},
-                        {"logo", ZelMatch::logoURL(home ? match->homeTeamLogo : match->awayTeamLogo,
-                                                   m_serviceURL)
-                                     .value_or(QUrl())}});
-        return view;
-    }
-    const ZelInnings &innings = card->innings.at(selected);
-    const auto total = ScorecardPresenter::totalLine(*match, selected);
-    view.insert("score", total.score);
-    view.insert("overs", total.overs.value_or(QString()));
-    QVariantList batting;
-    for (const ZelBattingEntry &entry : innings.batting) {
-        const auto state = ScorecardPresenter::batsmanState(*match, entry, innings.inningsNo);
-        using S = ScorecardPresenter::BatsmanState;
-        batting.append(QVariantMap{
-            {"name", entry.name},
-            {"runs", entry.runs},
-            {"balls", entry.balls},
-            {"fours", entry.fours},
-            {"sixes", entry.sixes},
-            {"strikeRate", entry.strikeRate},
-            {"emphasised", state == S::Striker || state == S::NonStriker || state == S::NotOut},
-            {"dimmed", state == S::Out || state == S::Waiting || state == S::DidNotBat},
-            {"placeholder", state == S::Waiting     ? QStringLiteral("\u2014")
-                            : state == S::DidNotBat ? QStringLiteral("DNB")
-                                                    : QString()}});
-    }
-    QVariantList bowling;
-    for (const ZelBowlingEntry &entry : innings.bowling) {
-        bowling.append(QVariantMap{{"name", entry.name},
-                                   {"overs", entry.overs},
-                                   {"maidens", entry.maidens},
-                                   {"runs", entry.runs},
-                                   {"wickets", entry.wickets},
-                                   {"economy", entry.economy},
-                                   {"current", ScorecardPresenter::isCurrentBowler(*match, entry)},
-                                   {"tookWickets", ScorecardPresenter::tookWickets(entry)}});
-    }
-    view.insert("batting", batting);
-    view.insert("bowling", bowling);
-    return view;
 }

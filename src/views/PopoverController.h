@@ -6,13 +6,12 @@
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
-#include <QVariantMap>
 
 class TodayViewModel;
 
 // What the popover's QML binds to: the header's texts, the selected tab with its switching
-// rule, the three tabs with their lists and states, and the scorecard of an opened row. The
-// scorecard calls with a revision argument are re-evaluated by QML whenever a scorecard changes.
+// rule, and the three tabs with their lists and states. Opened rows read their scorecards
+// through a ScorecardModel each. The state object behind it is the TodayViewModel.
 class PopoverController : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -26,7 +25,6 @@ class PopoverController : public QObject {
     Q_PROPERTY(QString todayLabel READ todayLabel NOTIFY headerChanged)
     Q_PROPERTY(QString updatedLabel READ updatedLabel NOTIFY headerChanged)
     Q_PROPERTY(QString offlineReason READ offlineReason NOTIFY headerChanged)
-    Q_PROPERTY(int revision READ revision NOTIFY revisionChanged)
 
 public:
     PopoverController(TodayViewModel &vm, const QString &serviceURL, QObject *parent = nullptr);
@@ -48,7 +46,10 @@ public:
     QString updatedLabel() const;
     // Why it is out of date; empty while it is not.
     QString offlineReason() const;
-    int revision() const { return m_revision; }
+    const TodayViewModel &viewModel() const { return m_vm; }
+    const QString &serviceURL() const { return m_serviceURL; }
+    // A row of today's or the results' list.
+    const ZelMatch *findMatch(qint64 matchID) const;
 
     // Called as the popover opens: the date and the clock times follow the user's current day
     // and time zone.
@@ -59,22 +60,15 @@ public:
     // Return on a tab that shows an error retries it; false when the tab shows no error.
     Q_INVOKABLE bool retryIfFailed();
     // A row opened (or a live row came on screen): load its scorecard unless it is cached.
-    Q_INVOKABLE void scorecardWanted(qint64 matchID);
-
-    // "loading", "error" (with "error"), "card" or "none".
-    Q_INVOKABLE QVariantMap scorecardContent(qint64 matchID, int revision) const;
-    Q_INVOKABLE int initialInnings(qint64 matchID) const;
-    // The tab labels, and either "yetToBat" (name, logo) or the innings' total and tables.
-    Q_INVOKABLE QVariantMap inningsView(qint64 matchID, int selectedInnings, int revision) const;
+    Q_INVOKABLE void scorecardWanted(const QString &matchKey);
 
 signals:
     void activeTabChanged();
     void headerChanged();
-    void revisionChanged();
+    // A scorecard, its loading or error state, or the match it belongs to changed.
+    void scorecardsChanged();
 
 private:
-    const ZelMatch *findMatch(qint64 matchID) const;
-    void bump();
     void showTabs();
 
     TodayViewModel &m_vm;
@@ -86,6 +80,5 @@ private:
     PopoverTab m_todayTab;
     PopoverTab m_fixturesTab;
     Popover::Tab m_activeTab = Popover::Tab::Today;
-    int m_revision = 0;
     QByteArray m_timeZone = QTimeZone::systemTimeZoneId();
 };

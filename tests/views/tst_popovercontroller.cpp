@@ -1,4 +1,5 @@
 #include "PopoverController.h"
+#include "ScorecardModel.h"
 #include "StateRig.h"
 
 #include <QSignalSpy>
@@ -11,7 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 const QByteArray today = R"json({"matches": [
-    {"matchID": 7, "status": "live", "startTime": "2026-11-22T13:30:00+05:30",
+    {"matchID": 9007199254740993, "status": "live", "startTime": "2026-11-22T13:30:00+05:30",
      "homeTeam": {"id": "1", "name": "Northport", "logoURL": "", "code": "NTH"},
      "awayTeam": {"id": "2", "name": "Southshore", "logoURL": "", "code": "STH"},
      "batting": {"firstTeamID": 1, "firstTeamCode": "NTH", "secondTeamCode": "STH",
@@ -47,7 +48,7 @@ private slots:
         m_server->script("/api/matches/today", {200, today});
         m_server->script("/api/matches/upcoming", {200, fixtures});
         m_server->script("/api/matches/results", {200, R"({"matches": [{"matchID": 3}]})"});
-        m_server->script("/api/matches/7/scorecard", {200, liveCard});
+        m_server->script("/api/matches/9007199254740993/scorecard", {200, liveCard});
         m_server->script("/api/matches/8/scorecard", {200, R"({"innings": []})", 100ms});
         m_vm = m_rig->makeModel();
         m_popover = std::make_unique<PopoverController>(*m_vm, m_server->baseURL());
@@ -101,32 +102,53 @@ private slots:
 
     void openingAFinishedRowLoadsItsScorecardOnce()
     {
-        QCOMPARE(m_popover->scorecardContent(8, 0).value("state"), QVariant("none"));
-        m_popover->scorecardWanted(8);
-        QCOMPARE(m_popover->scorecardContent(8, 0).value("state"), QVariant("loading"));
-        m_popover->scorecardWanted(8);
+        ScorecardModel card;
+        card.setController(m_popover.get());
+        card.setMatchKey(u"8"_s);
+        QCOMPARE(card.state(), Popover::Card::None);
+        m_popover->scorecardWanted(u"8"_s);
+        QCOMPARE(card.state(), Popover::Card::Loading);
+        m_popover->scorecardWanted(u"8"_s);
         QVERIFY(settled());
-        m_popover->scorecardWanted(8);
+        m_popover->scorecardWanted(u"8"_s);
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
-        QCOMPARE(m_popover->scorecardContent(8, 0).value("state"), QVariant("card"));
+        QCOMPARE(card.state(), Popover::Card::Ready);
     }
 
     void liveScorecardMarksTheCrease()
     {
-        QCOMPARE(m_popover->initialInnings(7), 0);
-        const QVariantMap first = m_popover->inningsView(7, 0, m_popover->revision());
-        QCOMPARE(first.value("tab1"), QVariant("1st \u00B7 NTH"));
-        QCOMPARE(first.value("score"), QVariant("50/1"));
-        QCOMPARE(first.value("overs"), QVariant("6.2 Ov"));
-        const QVariantList batting = first.value("batting").toList();
-        QCOMPARE(batting.size(), 3);
-        QVERIFY(batting[0].toMap().value("emphasised").toBool()); // the striker, despite "(c)"
-        QVERIFY(batting[1].toMap().value("dimmed").toBool());
-        QCOMPARE(batting[2].toMap().value("placeholder"), QVariant("\u2014"));
+        ScorecardModel card;
+        card.setController(m_popover.get());
+        card.setMatchKey(u"9007199254740993"_s);
+        m_popover->scorecardWanted(u"9007199254740993"_s);
+        QVERIFY(settled());
+        QCOMPARE(card.state(), Popover::Card::Ready);
+        QCOMPARE(card.selectedInnings(), 0);
+        QCOMPARE(card.isYetToBat(), false);
+        QCOMPARE(card.inningsLabels(), QStringList({u"1st \u00B7 NTH"_s, u"2nd \u00B7 STH"_s}));
+        QCOMPARE(card.score(), u"50/1"_s);
+        QCOMPARE(card.overs(), u"6.2 Ov"_s);
+        const ScoreTableModel &batting = *card.batting();
+        const auto cell = [&](int row, ScoreTableModel::Role role) {
+            return batting.data(batting.index(row), role);
+        };
+        QCOMPARE(batting.rowCount(), 3);
+        QVERIFY(cell(0, ScoreTableModel::StrongRole).toBool()); // the striker, despite "(c)"
+        QVERIFY(cell(1, ScoreTableModel::DimRole).toBool());
+        QCOMPARE(cell(2, ScoreTableModel::PlaceholderRole), QVariant(u"\u2014"_s));
+        QCOMPARE(cell(0, ScoreTableModel::FiguresRole).toStringList().first(), u"30"_s);
+        QCOMPARE(card.bowling()->data(card.bowling()->index(0), ScoreTableModel::TookWicketsRole),
+                 QVariant(true));
+        card.setSelectedInnings(1);
+        QCOMPARE(card.isYetToBat(), true);
+        QCOMPARE(card.yetToBatName(), u"Southshore"_s);
 
-        const QVariantMap second = m_popover->inningsView(7, 1, m_popover->revision());
-        QCOMPARE(second.value("yetToBat").toMap().value("name"), QVariant("Southshore"));
+        // A live card being fetched again stays on screen.
+        m_vm->fetchToday();
+        QCOMPARE(card.state(), Popover::Card::Ready);
+        QVERIFY(settled());
+        QCOMPARE(m_server->requestCount("/api/matches/9007199254740993/scorecard"), 2);
     }
 
     void clockTimesFollowTheUsersTimeZone()

@@ -5,6 +5,7 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -23,6 +24,23 @@ const QByteArray today = R"json({"matches": [
     {"matchID": 8, "status": "finished", "startTime": "2026-11-22T09:30:00+05:30",
      "batting": {"firstTeamID": 1, "firstSummary": "180/6 (20 Ov)", "secondSummary": "150 (19 Ov)"}},
     {"matchID": 9, "status": "upcoming", "startTime": "2026-11-22T19:30:00+05:30"}]})json";
+
+// One card with a batter at the crease, one out, one yet to come ("—") and one who did not
+// bat ("DNB"); its second innings is still to come ("Yet to bat").
+const QByteArray card = R"json({"innings": [{"inningsNo": 1, "battingTeamName": "Northport",
+    "batting": [{"name": "Asha", "runs": 30, "balls": 20, "isNotOut": true},
+                {"name": "Ravi", "runs": 2, "balls": 5, "isNotOut": false},
+                {"name": "Kiran", "isNotOut": true}],
+    "bowling": [{"name": "Dev", "overs": "6.2", "wickets": 1, "economy": "7.9"}]}]})json";
+const QByteArray finishedCard = R"json({"innings": [{"inningsNo": 1, "battingTeamName": "Mira's",
+    "batting": [{"name": "Mira", "runs": 0, "balls": 0, "isNotOut": true}], "bowling": []}]})json";
+const QByteArray results = R"json({"matches": [{"matchID": 31, "status": "finished",
+    "startTime": "2026-11-21T09:30:00+05:30", "matchOrder": "Match 12",
+    "toss": {"details": "Northport won the toss"},
+    "venue": {"ground": "Harbour Oval", "city": "Northport"}}]})json";
+const QByteArray fixtures = R"json({"matches": [
+    {"matchID": 41, "status": "upcoming", "startTime": "2026-11-23T19:30:00+05:30"},
+    {"matchID": 42, "status": "upcoming", "startTime": "2026-11-24T19:30:00+05:30"}]})json";
 
 QQuickItem *child(QQuickItem *root, const char *name)
 {
@@ -53,7 +71,7 @@ class PopoverViewTest : public QObject {
         QList<QQuickItem *> pending{tab(tabName)};
         while (!pending.isEmpty()) {
             QQuickItem *item = pending.takeFirst();
-            if (item->property("matchId").isValid() && item->property("showDetail").isValid())
+            if (item->property("matchKey").isValid() && item->property("showDetail").isValid())
                 found.append(item);
             else
                 pending.append(item->childItems());
@@ -93,6 +111,7 @@ private slots:
 
     void init()
     {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
         m_rig = std::make_unique<StateRig>();
         m_server = &m_rig->server();
         m_server->script("/api/matches/today", {200, today});
@@ -146,6 +165,46 @@ private slots:
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
         QCOMPARE(m_server->requestCount("/api/matches/9/scorecard"), 0);
+    }
+
+    // Every view file, with data that reaches each of its parts, and not one QML warning.
+    void everyViewShowsItsData()
+    {
+        m_server->script("/api/matches/7/scorecard", {200, card});
+        m_server->script("/api/matches/8/scorecard", {200, finishedCard});
+        m_server->script("/api/matches/31/scorecard", {200, finishedCard});
+        m_server->script("/api/matches/results", {200, results});
+        m_server->script("/api/matches/upcoming", {200, fixtures});
+        m_popover->refresh();
+        QVERIFY(settled());
+        QTRY_COMPARE(rows("todayTab").size(), 3);
+        QQuickItem *live = rows("todayTab")[0];
+        QTRY_VERIFY(visibleText(live, "\u2014"));
+        QVERIFY(visibleText(live, "BOWLING"));
+        QVERIFY(visibleText(live, "(6.2 Ov)"));
+        tapMainLine(rows("todayTab")[1]);
+        QVERIFY(settled());
+        QTRY_VERIFY(visibleText(rows("todayTab")[1], "DNB"));
+
+        QQuickItem *innings = live->findChild<QQuickItem *>("inningsBar");
+        QVERIFY(innings);
+        QMetaObject::invokeMethod(innings, "activated", Q_ARG(int, 1));
+        QTRY_VERIFY(visibleText(live, "Yet to bat"));
+        QCOMPARE(innings->property("currentIndex").toInt(), 1);
+
+        m_popover->setActiveTab(Popover::Tab::Results);
+        QVERIFY(settled());
+        QTRY_COMPARE(rows("resultsTab").size(), 1);
+        tapMainLine(rows("resultsTab")[0]);
+        QVERIFY(settled());
+        QTRY_VERIFY(visibleText(tab("resultsTab"), "Northport won the toss"));
+        QVERIFY(visibleText(tab("resultsTab"), "Harbour Oval, Northport"));
+        QVERIFY(visibleText(tab("resultsTab"), "Match 12"));
+
+        m_popover->setActiveTab(Popover::Tab::Fixtures);
+        QVERIFY(settled());
+        QTRY_VERIFY(visibleText(tab("fixturesTab"), "Monday, 23 November"));
+        QVERIFY(visibleText(tab("fixturesTab"), "Tuesday, 24 November"));
     }
 
     void loadingThenEmptyStatesShowTheirMessages()
@@ -210,7 +269,7 @@ private slots:
         list->setProperty("contentY", 120);
         QQuickItem *opened = nullptr;
         for (QQuickItem *row : rows("todayTab")) {
-            if (row->property("matchId").toLongLong() == 106)
+            if (row->property("matchKey").toString() == QStringLiteral("106"))
                 opened = row;
         }
         QVERIFY(opened);

@@ -6,7 +6,7 @@ import ZelMenuBar
 Column {
     id: row
     required property PopoverController controller
-    required property var matchId
+    required property string matchKey
     required property string status
     required property string statusIcon
     required property string centreText
@@ -28,11 +28,11 @@ Column {
             return
         showDetail = !showDetail
         if (showDetail)
-            controller.scorecardWanted(matchId)
+            controller.scorecardWanted(matchKey)
     }
     Keys.onSpacePressed: activate()
     Keys.onReturnPressed: activate()
-    Component.onCompleted: if (isLive) controller.scorecardWanted(matchId)
+    Component.onCompleted: if (isLive) controller.scorecardWanted(matchKey)
 
     Item {
         objectName: "mainLine"
@@ -129,7 +129,7 @@ Column {
             ScorecardContent {
                 width: parent.width - 36
                 controller: row.controller
-                matchId: row.matchId
+                matchKey: row.matchKey
             }
         }
     }

@@ -6,7 +6,7 @@ import ZelMenuBar
 Column {
     id: row
     required property PopoverController controller
-    required property var matchId
+    required property string matchKey
     required property string homeCode
     required property string awayCode
     required property url homeLogo
@@ -23,7 +23,7 @@ Column {
     function activate() {
         showDetail = !showDetail
         if (showDetail)
-            controller.scorecardWanted(matchId)
+            controller.scorecardWanted(matchKey)
     }
     Keys.onSpacePressed: activate()
     Keys.onReturnPressed: activate()
@@ -100,7 +100,7 @@ Column {
             ScorecardContent {
                 width: parent.width - 28
                 controller: row.controller
-                matchId: row.matchId
+                matchKey: row.matchKey
             }
         }
     }

@@ -6,9 +6,12 @@ import QtQuick.Layouts
 Column {
     id: table
     property string heading
-    property var columns: [] // [title, width, key]
-    property var rows: []
+    property var columns: [] // [title, width], in the order of each row's figures
+    property alias model: lines.model
+    readonly property alias count: lines.count
     property bool bowling: false
+    // Batting: the runs stand out. Bowling: the wickets do.
+    readonly property int keyFigure: bowling ? 3 : 0
     readonly property int gap: 4
     width: parent ? parent.width : 0
 
@@ -41,12 +44,15 @@ Column {
     }
 
     Repeater {
-        model: table.rows
+        id: lines
         RowLayout {
             id: line
-            required property var modelData
-            readonly property bool strong: table.bowling ? modelData.current : modelData.emphasised
-            readonly property bool dim: !table.bowling && modelData.dimmed
+            required property string name
+            required property var figures
+            required property bool strong
+            required property bool dim
+            required property string placeholder
+            required property bool tookWickets
             width: table.width
             spacing: 0
             Text {
@@ -54,7 +60,7 @@ Column {
                 Layout.fillWidth: true
                 topPadding: 2
                 bottomPadding: 2
-                text: line.modelData.name
+                text: line.name
                 elide: Text.ElideRight
                 font.pixelSize: 11
                 font.weight: line.strong ? Font.DemiBold : Font.Normal
@@ -62,33 +68,31 @@ Column {
             }
             Text {
                 textFormat: Text.PlainText
-                visible: !table.bowling && line.modelData.placeholder !== ""
+                visible: line.placeholder !== ""
                 Layout.preferredWidth: 130 + table.columns.length * table.gap
                 horizontalAlignment: Text.AlignRight
-                text: line.modelData.placeholder || ""
+                text: line.placeholder
                 font.pixelSize: 9
                 font.weight: Font.Medium
                 color: Theme.secondary
             }
             Repeater {
-                model: table.bowling || line.modelData.placeholder === "" ? table.columns : []
+                model: line.placeholder === "" ? table.columns : []
                 Text {
                     textFormat: Text.PlainText
                     required property var modelData
                     required property int index
-                    readonly property bool first: index === 0
+                    readonly property bool key: index === table.keyFigure
                     Layout.preferredWidth: modelData[1] + table.gap
                     leftPadding: table.gap
                     horizontalAlignment: Text.AlignRight
                     elide: Text.ElideRight
-                    text: line.modelData[modelData[2]]
+                    text: line.figures[index] ?? ""
                     font.pixelSize: 11
-                    font.weight: table.bowling
-                                 ? (modelData[2] === "wickets" ? Font.DemiBold : Font.Normal)
-                                 : (first ? (line.strong ? Font.Bold : Font.DemiBold) : Font.Normal)
-                    color: table.bowling
-                           ? (modelData[2] === "wickets" && line.modelData.tookWickets ? Theme.text : Theme.secondary)
-                           : (first && !line.dim ? Theme.text : Theme.secondary)
+                    font.weight: !key ? Font.Normal
+                                      : (!table.bowling && line.strong ? Font.Bold : Font.DemiBold)
+                    color: key && (table.bowling ? line.tookWickets : !line.dim) ? Theme.text
+                                                                                 : Theme.secondary
                 }
             }
         }

@@ -5,13 +5,16 @@ import ZelMenuBar
 Column {
     id: holder
     required property PopoverController controller
-    required property var matchId
-    readonly property var content: controller.scorecardContent(matchId, controller.revision)
-    topPadding: content.state === "none" ? 0 : 4
+    required property string matchKey
+    readonly property ScorecardModel card: ScorecardModel {
+        controller: holder.controller
+        matchKey: holder.matchKey
+    }
+    topPadding: card.state === Popover.Card.None ? 0 : 4
     width: parent ? parent.width : 0
 
     Row {
-        visible: holder.content.state === "loading"
+        visible: holder.card.state === Popover.Card.Loading
         spacing: 4
         Spinner { width: 14; height: 14; anchors.verticalCenter: parent.verticalCenter }
         Text {
@@ -24,19 +27,16 @@ Column {
     }
     Text {
         textFormat: Text.RichText
-        visible: holder.content.state === "error"
+        visible: holder.card.state === Popover.Card.Error
         width: parent.width
         wrapMode: Text.Wrap
-        text: Theme.warningText(holder.content.error || "")
+        text: Theme.warningText(holder.card.error)
         color: Theme.secondary
         font.pixelSize: 10
     }
     Loader {
         width: parent.width
-        active: holder.content.state === "card"
-        sourceComponent: ScorecardView {
-            controller: holder.controller
-            matchId: holder.matchId
-        }
+        active: holder.card.state === Popover.Card.Ready
+        sourceComponent: ScorecardView { card: holder.card }
     }
 }

@@ -4,32 +4,30 @@ import ZelMenuBar
 
 // Innings switch, total line, batting and bowling tables of one match.
 Column {
-    id: card
-    required property PopoverController controller
-    required property var matchId
-    property int selectedInnings: controller.initialInnings(matchId)
-    readonly property var view: controller.inningsView(matchId, selectedInnings, controller.revision)
+    id: view
+    required property ScorecardModel card
     width: parent ? parent.width : 0
     spacing: 6
 
     Divider {}
 
     SegmentedBar {
+        objectName: "inningsBar"
         width: parent.width
         fontSize: 10
-        labels: [card.view.tab1 || "1st", card.view.tab2 || "2nd"]
-        currentIndex: card.selectedInnings
-        onActivated: index => card.selectedInnings = index
+        labels: view.card.inningsLabels
+        currentIndex: view.card.selectedInnings
+        onActivated: index => view.card.selectedInnings = index
     }
 
     Row {
-        visible: card.view.yetToBat !== undefined
+        visible: view.card.yetToBat
         topPadding: 6
         spacing: 8
         CricketBadge {
             width: 28
             height: 28
-            url: card.view.yetToBat ? card.view.yetToBat.logo : ""
+            url: view.card.yetToBatLogo
             placeholderColor: Theme.placeholder
         }
         Column {
@@ -37,7 +35,7 @@ Column {
             spacing: 2
             Text {
                 textFormat: Text.PlainText
-                text: card.view.yetToBat ? card.view.yetToBat.name : ""
+                text: view.card.yetToBatName
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
                 color: Theme.text
@@ -47,12 +45,12 @@ Column {
     }
 
     RowLayout {
-        visible: card.view.yetToBat === undefined && (card.view.score || "") !== ""
+        visible: !view.card.yetToBat && view.card.score !== ""
         width: parent.width
         Item { Layout.fillWidth: true }
         Text {
             textFormat: Text.PlainText
-            text: card.view.score || ""
+            text: view.card.score
             font.family: Theme.mono
             font.pixelSize: 12
             font.bold: true
@@ -60,26 +58,26 @@ Column {
         }
         Text {
             textFormat: Text.PlainText
-            visible: (card.view.overs || "") !== ""
-            text: "(" + (card.view.overs || "") + ")"
+            visible: view.card.overs !== ""
+            text: "(" + view.card.overs + ")"
             font.pixelSize: 10
             color: Theme.secondary
         }
     }
 
     ScoreTable {
-        visible: card.view.yetToBat === undefined && rows.length > 0
+        visible: !view.card.yetToBat && count > 0
         heading: "BATTING"
-        columns: [["R", 26, "runs"], ["B", 24, "balls"], ["4s", 22, "fours"], ["6s", 22, "sixes"], ["SR", 36, "strikeRate"]]
-        rows: card.view.batting || []
+        columns: [["R", 26], ["B", 24], ["4s", 22], ["6s", 22], ["SR", 36]]
+        model: view.card.batting
     }
 
     ScoreTable {
-        visible: card.view.yetToBat === undefined && rows.length > 0
+        visible: !view.card.yetToBat && count > 0
         topPadding: 8
         heading: "BOWLING"
-        columns: [["O", 28, "overs"], ["M", 22, "maidens"], ["R", 26, "runs"], ["W", 22, "wickets"], ["Econ", 34, "economy"]]
-        rows: card.view.bowling || []
+        columns: [["O", 28], ["M", 22], ["R", 26], ["W", 22], ["Econ", 34]]
+        model: view.card.bowling
         bowling: true
     }
 }

@@ -14,14 +14,14 @@ Item {
 
     CentreMessage {
         anchors.centerIn: parent
-        visible: content.shown === Popover.Loading || content.shown === Popover.Empty
-        spinner: content.shown === Popover.Loading
+        visible: content.shown === Popover.Content.Loading || content.shown === Popover.Content.Empty
+        spinner: content.shown === Popover.Content.Loading
         text: content.message
     }
 
     Column {
         anchors.centerIn: parent
-        visible: content.shown === Popover.Error
+        visible: content.shown === Popover.Content.Error
         spacing: 12
         CentreMessage {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -39,7 +39,7 @@ Item {
         id: list
         anchors.fill: parent
         model: content.tab.model
-        visible: content.shown === Popover.List
+        visible: content.shown === Popover.Content.List
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: true

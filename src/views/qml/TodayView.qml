@@ -13,8 +13,8 @@ Rectangle {
     focus: true
 
     Keys.onEscapePressed: root.closeRequested()
-    Keys.onLeftPressed: controller.activeTab = Math.max(Popover.Results, controller.activeTab - 1)
-    Keys.onRightPressed: controller.activeTab = Math.min(Popover.Fixtures, controller.activeTab + 1)
+    Keys.onLeftPressed: controller.activeTab = Math.max(Popover.Tab.Results, controller.activeTab - 1)
+    Keys.onRightPressed: controller.activeTab = Math.min(Popover.Tab.Fixtures, controller.activeTab + 1)
     Keys.onReturnPressed: (event) => event.accepted = controller.retryIfFailed()
     Keys.onEnterPressed: (event) => event.accepted = controller.retryIfFailed()
 
