@@ -21,6 +21,8 @@ packages=(
     # End-to-end tests: a private session bus, an X server, a tray host, a StatusNotifierWatcher,
     # clicks and screenshots; and the checks of the desktop files.
     dbus-daemon xvfb x11-utils xdotool trayer haskell-status-notifier-item-utils imagemagick
+    # The popover under a Wayland compositor, through Xwayland.
+    weston xwayland
     appstream desktop-file-utils
     # cpack's .deb
     dpkg-dev

@@ -4,6 +4,7 @@
 
 #include <QCursor>
 #include <QGuiApplication>
+#include <QMouseEvent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QScreen>
@@ -14,8 +15,8 @@ Q_IMPORT_QML_PLUGIN(ZelMenuBarPlugin)
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-// The click that takes the focus away from the popover may be the click on the status item
-// itself; it must close the popover, not close and reopen it.
+// The click outside that closes the popover may be the click on the status item itself; it
+// must close the popover, not close and reopen it.
 constexpr qint64 sameClickMs = 300;
 constexpr int gap = 4;
 } // namespace
@@ -23,7 +24,7 @@ constexpr int gap = 4;
 PopoverWindow::PopoverWindow(PopoverController &controller)
     : m_controller(controller)
 {
-    setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setFlags(Qt::Popup | Qt::FramelessWindowHint);
     setTitle(u"Scores"_s);
     setMinimumSize(size);
     setMaximumSize(size);
@@ -34,9 +35,11 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
     setSource(QUrl(u"qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml"_s));
     if (QQuickItem *root = rootObject())
         connect(root, SIGNAL(closeRequested()), this, SLOT(hide()));
-    connect(this, &QWindow::activeChanged, this, [this] {
-        if (!isActive() && isVisible())
-            closedByFocusLoss();
+    connect(this, &QWindow::visibleChanged, this, [this](bool visible) {
+        if (visible)
+            return;
+        setMouseGrabEnabled(false);
+        setKeyboardGrabEnabled(false);
     });
     connect(this, &QQuickWindow::frameSwapped, this, [this] {
         if (m_sinceShowRequest.isValid()) {
@@ -52,7 +55,7 @@ void PopoverWindow::toggle(const QRect &anchor)
         hide();
         return;
     }
-    if (m_sinceFocusLoss.isValid() && m_sinceFocusLoss.elapsed() < sameClickMs)
+    if (m_sinceOutsideClick.isValid() && m_sinceOutsideClick.elapsed() < sameClickMs)
         return;
     showBelow(anchor);
 }
@@ -74,10 +77,25 @@ void PopoverWindow::showBelow(const QRect &anchor)
     requestActivate();
 }
 
-void PopoverWindow::closedByFocusLoss()
+void PopoverWindow::exposeEvent(QExposeEvent *event)
 {
-    m_sinceFocusLoss.start();
-    hide();
+    QQuickView::exposeEvent(event);
+    // Only a window on screen can take the grabs.
+    if (isExposed()) {
+        setKeyboardGrabEnabled(true);
+        setMouseGrabEnabled(true);
+    }
+}
+
+void PopoverWindow::mousePressEvent(QMouseEvent *event)
+{
+    if (!QRect(0, 0, width(), height()).contains(event->position().toPoint())) {
+        event->accept();
+        m_sinceOutsideClick.start();
+        hide();
+        return;
+    }
+    QQuickView::mousePressEvent(event);
 }
 
 QPoint PopoverWindow::placement(const QRect &anchor, QSize windowSize, const QRect &available)

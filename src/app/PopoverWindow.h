@@ -5,9 +5,10 @@
 
 class PopoverController;
 
-// The popover: a frameless 380 x 500 window that hangs below the status item, stays on screen,
-// and goes away on a second click, on Escape, or when another window takes the focus. It is
-// made once and reused, so the selected tab survives closing.
+// The popover: a 380 x 500 popup that hangs below the status item, stays on screen, and goes
+// away on a second click, on Escape, or on a click anywhere else. A popup is a window that no
+// X window manager moves, Xwayland's included; it holds the pointer and the keyboard while
+// shown. It is made once and reused, so the selected tab survives closing.
 class PopoverWindow : public QQuickView {
     Q_OBJECT
 
@@ -28,10 +29,12 @@ signals:
     // Logged by the shell: the time from a click to the frame that shows the popover.
     void shownAfter(qint64 nanoseconds);
 
-private:
-    void closedByFocusLoss();
+protected:
+    void exposeEvent(QExposeEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
 
+private:
     PopoverController &m_controller;
-    QElapsedTimer m_sinceFocusLoss;
+    QElapsedTimer m_sinceOutsideClick;
     QElapsedTimer m_sinceShowRequest;
 };
