@@ -43,29 +43,6 @@ void FixtureServer::missingHandler(const QHttpServerRequest &, QTcpSocket *socke
     respond(socket, FixtureResponse{404, {}});
 }
 
-namespace {
-
-QByteArray headWithLength(const FixtureResponse &response, const QByteArray &length)
-{
-    QByteArray head = "HTTP/1.1 " + QByteArray::number(response.status) + " Zel\r\n";
-    if (!length.isEmpty())
-        head += "Content-Length: " + length + "\r\n";
-    return head + "Content-Type: " + response.contentType + "\r\n\r\n";
-}
-
-// Writes a piece every few milliseconds while the client keeps the connection open.
-template <typename Piece> void keepWriting(QTcpSocket *socket, int intervalMs, Piece piece)
-{
-    auto *timer = new QTimer(socket);
-    QObject::connect(timer, &QTimer::timeout, socket, [socket, timer, piece]() mutable {
-        if (socket->state() != QAbstractSocket::ConnectedState || !piece(*socket))
-            timer->stop();
-    });
-    timer->start(intervalMs);
-}
-
-} // namespace
-
 void FixtureServer::respond(QTcpSocket *socket, const FixtureResponse &response)
 {
     const HttpReply reply{response.status, response.body, response.contentType, {}};
@@ -77,30 +54,14 @@ void FixtureServer::respond(QTcpSocket *socket, const FixtureResponse &response)
     case Delivery::DropMidBody:
         reply.writeTruncatedTo(socket);
         break;
-    case Delivery::Endless: {
-        socket->write(headWithLength(response, {}));
-        const QByteArray chunk =
-            response.body.repeated(1 + (1 << 20) / qMax<qsizetype>(1, response.body.size()));
-        qint64 left = qint64(1) << 30; // a bound on the test, not on the client
-        keepWriting(socket, 1, [chunk, left](QTcpSocket &s) mutable {
-            if (s.bytesToWrite() < 2 * chunk.size())
-                left -= s.write(chunk);
-            return left > 0;
-        });
+    case Delivery::Endless:
+        reply.writeEndlesslyTo(socket);
         break;
-    }
-    case Delivery::Trickle: {
-        socket->write(headWithLength(response, QByteArray::number(response.body.size())));
-        qsizetype sent = 0;
-        keepWriting(socket, 50, [body = response.body, sent](QTcpSocket &s) mutable {
-            s.write(body.mid(sent++, 1));
-            return sent < body.size();
-        });
+    case Delivery::Trickle:
+        reply.writeSlowlyTo(socket, std::chrono::milliseconds(50));
         break;
-    }
     case Delivery::DeclaredHuge:
-        socket->write(headWithLength(response, QByteArray::number(qint64(1) << 30)));
-        socket->write(response.body);
+        reply.writeDeclaringTo(socket, qint64(1) << 30);
         break;
     }
 }

@@ -13,11 +13,11 @@ HttpReply HttpReply::text(int status, const QByteArray &message)
     return HttpReply{status, message + '\n', "text/plain; charset=utf-8", {}};
 }
 
-QByteArray HttpReply::head(bool withLength) const
+QByteArray HttpReply::head(std::optional<qint64> length) const
 {
     QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + " Zel\r\n";
-    if (withLength)
-        head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
+    if (length)
+        head += "Content-Length: " + QByteArray::number(*length) + "\r\n";
     if (!body.isEmpty())
         head += "Content-Type: " + contentType + "\r\n";
     for (const auto &[name, value] : headers)
@@ -27,7 +27,7 @@ QByteArray HttpReply::head(bool withLength) const
 
 void HttpReply::writeTo(QTcpSocket *socket) const
 {
-    socket->write(head());
+    socket->write(head(body.size()));
     socket->write(body);
 }
 
@@ -48,22 +48,23 @@ template <typename Piece> void keepWriting(QTcpSocket *socket, int intervalMs, P
 
 void HttpReply::writeEndlesslyTo(QTcpSocket *socket) const
 {
-    socket->write(head(false));
+    socket->write(head(std::nullopt));
     const QByteArray chunk = (body.isEmpty() ? QByteArray(" ") : body)
-                                 .repeated(1 + (1 << 16) / qMax<qsizetype>(1, body.size()));
+                                 .repeated(1 + (1 << 20) / qMax<qsizetype>(1, body.size()));
     qint64 left = qint64(1) << 30;
-    keepWriting(socket, 5, [chunk, left](QTcpSocket &s) mutable {
-        if (s.bytesToWrite() < 4 * chunk.size())
+    // As fast as the client reads, a chunk or two ahead of it.
+    keepWriting(socket, 1, [chunk, left](QTcpSocket &s) mutable {
+        while (left > 0 && s.bytesToWrite() < 2 * chunk.size())
             left -= s.write(chunk);
         return left > 0;
     });
 }
 
-void HttpReply::writeSlowlyTo(QTcpSocket *socket) const
+void HttpReply::writeSlowlyTo(QTcpSocket *socket, std::chrono::milliseconds interval) const
 {
-    socket->write(head());
+    socket->write(head(body.size()));
     qsizetype sent = 0;
-    keepWriting(socket, 1000, [body = body, sent](QTcpSocket &s) mutable {
+    keepWriting(socket, int(interval.count()), [body = body, sent](QTcpSocket &s) mutable {
         s.write(body.mid(sent++, 1));
         return sent < body.size();
     });
@@ -71,7 +72,13 @@ void HttpReply::writeSlowlyTo(QTcpSocket *socket) const
 
 void HttpReply::writeTruncatedTo(QTcpSocket *socket) const
 {
-    socket->write(head());
+    socket->write(head(body.size()));
     socket->write(body.left(body.size() / 2));
     socket->disconnectFromHost();
+}
+
+void HttpReply::writeDeclaringTo(QTcpSocket *socket, qint64 length) const
+{
+    socket->write(head(length));
+    socket->write(body);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <QByteArray>
 #include <QList>
 #include <QPair>
@@ -22,9 +24,12 @@ struct HttpReply {
     void writeTruncatedTo(QTcpSocket *socket) const;
     // Announces no length and repeats the body for as long as the client reads (up to 1 GiB).
     void writeEndlesslyTo(QTcpSocket *socket) const;
-    // Announces the full length and sends one byte a second.
-    void writeSlowlyTo(QTcpSocket *socket) const;
+    // Announces the full length and sends one byte each interval.
+    void writeSlowlyTo(QTcpSocket *socket,
+                       std::chrono::milliseconds interval = std::chrono::seconds(1)) const;
+    // Announces a length of its own, sends the body and keeps the connection open.
+    void writeDeclaringTo(QTcpSocket *socket, qint64 length) const;
 
 private:
-    QByteArray head(bool withLength = true) const;
+    QByteArray head(std::optional<qint64> length) const;
 };
