@@ -28,6 +28,7 @@ bool FixtureServer::handleRequest(const QHttpServerRequest &request, QTcpSocket 
 {
     const QString path = request.url().path();
     m_requestedPaths.append(path);
+    m_requestBodies.append(request.body());
     const auto scripted = m_scripts.constFind(path);
     const FixtureResponse response = scripted != m_scripts.cend() ? *scripted : m_default;
     if (response.delay.count() > 0)

@@ -37,8 +37,9 @@ public:
     void scriptDefault(const FixtureResponse &response) { m_default = response; }
     qsizetype requestCount(const QString &path) const { return m_requestedPaths.count(path); }
 
-    // Paths in the order their requests arrived.
+    // Paths in the order their requests arrived, and the bodies they brought.
     const QStringList &requestedPaths() const { return m_requestedPaths; }
+    const QList<QByteArray> &requestBodies() const { return m_requestBodies; }
 
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
@@ -51,4 +52,5 @@ private:
     QHash<QString, FixtureResponse> m_scripts;
     FixtureResponse m_default{404, "{\"error\":\"not found\"}"};
     QStringList m_requestedPaths;
+    QList<QByteArray> m_requestBodies;
 };

@@ -1,0 +1,136 @@
+#include "SignalManager.h"
+
+#include "CryptoHashing.h"
+#include "DefaultSignalPayload.h"
+#include "SignalSender.h"
+#include "TelemetryManagerConfiguration.h"
+
+#include <QCoreApplication>
+#include <QSettings>
+#include <QThreadPool>
+#include <QTimer>
+
+SignalManager::SignalManager(std::shared_ptr<TelemetryManagerConfiguration> configuration)
+    : m_configuration(std::move(configuration))
+    , m_signalCache(std::make_shared<SignalCache<SignalPostBody>>(
+          m_configuration->cacheDirectory.get(),
+          m_configuration->swiftUIPreviewMode() ? std::nullopt : m_configuration->logHandler.get()))
+    , m_sender(new SignalSender(m_signalCache, m_configuration))
+{
+    m_timerThread.setObjectName(QStringLiteral("seprior.SignalTimer"));
+    m_sender->moveToThread(&m_timerThread);
+    QObject::connect(&m_timerThread, &QThread::finished, m_sender, &QObject::deleteLater);
+    QObject::connect(&m_timerThread, &QThread::started, m_sender, &SignalSender::start);
+    m_timerThread.start();
+    if (QCoreApplication *application = QCoreApplication::instance()) {
+        m_willTerminate = QObject::connect(application, &QCoreApplication::aboutToQuit,
+                                           [this] { appWillTerminate(); });
+        // Tests never quit the application; the thread must still stop before it is gone.
+        m_applicationGone =
+            QObject::connect(application, &QObject::destroyed, [this] { stopSending(); });
+    }
+}
+
+SignalManager::~SignalManager()
+{
+    QObject::disconnect(m_willTerminate);
+    QObject::disconnect(m_applicationGone);
+    stopSending();
+}
+
+void SignalManager::stopSending()
+{
+    m_timerThread.quit();
+    m_timerThread.wait();
+}
+
+void SignalManager::appWillTerminate()
+{
+    m_configuration->log(LogLevel::Debug, QStringLiteral("appWillTerminate()"));
+    stopSending(); // a batch under way goes back first
+    m_signalCache->backupCache();
+}
+
+void SignalManager::attemptToSendNextBatchOfCachedSignals()
+{
+    attemptToSendNextBatchOfCachedSignals(std::chrono::milliseconds(0));
+}
+
+void SignalManager::attemptToSendNextBatchOfCachedSignals(std::chrono::milliseconds delay)
+{
+    SignalSender *sender = m_sender;
+    QMetaObject::invokeMethod(
+        sender,
+        [sender, delay] {
+            QTimer::singleShot(delay, sender, &SignalSender::attemptToSendNextBatch);
+        },
+        Qt::QueuedConnection);
+}
+
+void SignalManager::processSignal(const QString &signalType,
+                                  const QMap<QString, QString> &parameters,
+                                  std::optional<double> floatValue,
+                                  const std::optional<QString> &customUserID,
+                                  std::shared_ptr<TelemetryManagerConfiguration> configuration)
+{
+    QCoreApplication *application = QCoreApplication::instance();
+    if (!application)
+        return;
+    std::weak_ptr<SignalCache<SignalPostBody>> cache = m_signalCache;
+    QMetaObject::invokeMethod(
+        application,
+        [=] {
+            const QString defaultUser = defaultUserIdentifier(*configuration);
+            const QMap<QString, QString> metadata =
+                DefaultSignalPayload::parameters(*configuration);
+            QThreadPool::globalInstance()->start([=] {
+                QMap<QString, QString> payload = metadata;
+                for (const auto &enricher : configuration->metadataEnrichers.get())
+                    payload.insert(enricher->enrich(signalType, customUserID, floatValue));
+                payload.insert(parameters); // the signal's own values win
+                const QString user =
+                    customUserID.value_or(configuration->defaultUser.get().value_or(defaultUser));
+                const SignalPostBody record{
+                    QDateTime::currentDateTimeUtc(),
+                    configuration->telemetryAppID,
+                    CryptoHashing::sha256(user, configuration->salt),
+                    configuration->sessionID().toString(QUuid::WithoutBraces).toUpper(),
+                    signalType,
+                    floatValue,
+                    payload,
+                    configuration->testMode() ? QStringLiteral("true") : QStringLiteral("false")};
+                configuration->log(LogLevel::Debug,
+                                   QStringLiteral("Process signal: ") + record.description());
+                if (const auto target = cache.lock())
+                    target->push(record);
+            });
+        },
+        Qt::QueuedConnection);
+}
+
+std::optional<QUrl> SignalManager::getServiceUrl(const QUrl &baseURL,
+                                                 const std::optional<QString> &namespace_)
+{
+    QString text = baseURL.toString();
+    if (!text.endsWith(u'/'))
+        text += u'/';
+    text += namespace_ && !namespace_->isEmpty()
+                ? QStringLiteral("v2/namespace/") + *namespace_ + u'/'
+                : QStringLiteral("v2/");
+    const QUrl url(text, QUrl::StrictMode);
+    if (!url.isValid() || url.isRelative())
+        return std::nullopt;
+    return url;
+}
+
+QString SignalManager::defaultUserIdentifier(const TelemetryManagerConfiguration &configuration)
+{
+    const std::unique_ptr<QSettings> store = configuration.store();
+    const QString key = QStringLiteral("defaultUserIdentifier");
+    QString identifier = store->value(key).toString();
+    if (identifier.isEmpty()) {
+        identifier = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+        store->setValue(key, identifier);
+    }
+    return identifier;
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "SignalCache.h"
+#include "SignalManageable.h"
+#include "SignalPostBody.h"
+
+#include <chrono>
+#include <QThread>
+#include <QUrl>
+
+class SignalSender;
+
+// Turns accepted signals into records, keeps them until the ingest service takes them, and
+// writes the ones still waiting to disk when the application quits.
+class SignalManager : public SignalManageable {
+public:
+    explicit SignalManager(std::shared_ptr<TelemetryManagerConfiguration> configuration);
+    ~SignalManager() override;
+
+    // Metadata on the main thread (it reads the desktop's state), the record built off it.
+    void processSignal(const QString &signalType, const QMap<QString, QString> &parameters,
+                       std::optional<double> floatValue, const std::optional<QString> &customUserID,
+                       std::shared_ptr<TelemetryManagerConfiguration> configuration) override;
+    // On the worker thread, soon; may be called from any thread.
+    void attemptToSendNextBatchOfCachedSignals() override;
+    void attemptToSendNextBatchOfCachedSignals(std::chrono::milliseconds delay);
+
+    // base + "v2/", or base + "v2/namespace/<ns>/"; nothing when that is no URL.
+    static std::optional<QUrl> getServiceUrl(const QUrl &baseURL,
+                                             const std::optional<QString> &namespace_);
+    // This installation's anonymous user, made and stored on first use.
+    static QString defaultUserIdentifier(const TelemetryManagerConfiguration &configuration);
+
+    SignalCache<SignalPostBody> &signalCache() { return *m_signalCache; }
+    void appWillTerminate();
+
+private:
+    void stopSending();
+
+    std::shared_ptr<TelemetryManagerConfiguration> m_configuration;
+    std::shared_ptr<SignalCache<SignalPostBody>> m_signalCache;
+    QThread m_timerThread;
+    SignalSender *m_sender;
+    QMetaObject::Connection m_willTerminate;
+    QMetaObject::Connection m_applicationGone;
+};

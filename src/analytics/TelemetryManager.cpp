@@ -1,0 +1,143 @@
+#include "TelemetryManager.h"
+
+#include "CryptoHashing.h"
+#include "TelemetryDeck.h"
+#include "TelemetryManagerConfiguration.h"
+#include "TelemetryManagerStorage.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+using namespace std::chrono_literals;
+
+namespace {
+constexpr qint64 syncThrottleSeconds = 10;
+constexpr qint64 sessionContinuesSeconds = 300;
+} // namespace
+
+TelemetryManager::TelemetryManager(std::shared_ptr<TelemetryManagerConfiguration> configuration,
+                                   Clock clock)
+    : m_signalManager(std::make_shared<SignalManager>(configuration))
+    , m_clock(std::move(clock))
+    , m_configuration(std::move(configuration))
+{
+}
+
+std::shared_ptr<TelemetryManager>
+TelemetryManager::create(std::shared_ptr<TelemetryManagerConfiguration> configuration, Clock clock)
+{
+    auto manager = std::make_shared<TelemetryManager>(std::move(configuration), std::move(clock));
+    if (QCoreApplication *application = QCoreApplication::instance()) {
+        std::weak_ptr<TelemetryManager> weak = manager;
+        QMetaObject::invokeMethod(
+            application,
+            [weak] {
+                QTimer::singleShot(500ms, QCoreApplication::instance(), [weak] {
+                    // Only while it is still the one in use: a replaced manager starts nothing.
+                    const auto self = weak.lock();
+                    if (self && TelemetryManagerStorage::manager() == self)
+                        self->configuration()->setSessionID(QUuid::createUuid());
+                });
+            },
+            Qt::QueuedConnection);
+    }
+    return manager;
+}
+
+void TelemetryManager::initialize(std::shared_ptr<TelemetryManagerConfiguration> configuration)
+{
+    TelemetryDeck::initialize(std::move(configuration));
+}
+
+void TelemetryManager::terminate()
+{
+    TelemetryDeck::terminate();
+}
+
+bool TelemetryManager::isInitialized()
+{
+    return TelemetryManagerStorage::manager() != nullptr;
+}
+
+std::shared_ptr<TelemetryManager> TelemetryManager::shared()
+{
+    if (auto manager = TelemetryManagerStorage::manager())
+        return manager;
+    if (qgetenv("XCODE_RUNNING_FOR_PREVIEWS") == "1") {
+        auto manager = create(std::make_shared<TelemetryManagerConfiguration>(QString()));
+        TelemetryManagerStorage::setManager(manager);
+        return manager;
+    }
+    qFatal("TelemetryDeck: the analytics client was used before TelemetryDeck::initialize()");
+}
+
+void TelemetryManager::send(const QString &signalType, const QMap<QString, QString> &parameters)
+{
+    TelemetryDeck::signal(signalType, parameters);
+}
+
+void TelemetryManager::send(const QString &signalType, const std::optional<QString> &clientUser,
+                            std::optional<double> floatValue,
+                            const QMap<QString, QString> &parameters)
+{
+    TelemetryDeck::signal(signalType, parameters, floatValue, clientUser);
+}
+
+void TelemetryManager::requestImmediateSync()
+{
+    TelemetryDeck::requestImmediateSync();
+}
+
+void TelemetryManager::updateDefaultUser(const std::optional<QString> &user)
+{
+    TelemetryDeck::updateDefaultUserID(user);
+}
+
+void TelemetryManager::generateNewSession()
+{
+    TelemetryDeck::generateNewSession();
+}
+
+std::shared_ptr<TelemetryManagerConfiguration> TelemetryManager::configuration() const
+{
+    QMutexLocker locker(&m_lock);
+    return m_configuration;
+}
+
+QString TelemetryManager::hashedDefaultUser() const
+{
+    const auto config = configuration();
+    return CryptoHashing::sha256(config->defaultUser.get().value_or(QString()), config->salt);
+}
+
+void TelemetryManager::syncSoon()
+{
+    const QDateTime now = m_clock();
+    {
+        QMutexLocker locker(&m_lock);
+        if (m_lastTimeImmediateSyncRequested.isValid() &&
+            m_lastTimeImmediateSyncRequested.msecsTo(now) <= syncThrottleSeconds * 1000)
+            return;
+        m_lastTimeImmediateSyncRequested = now;
+    }
+    m_signalManager->attemptToSendNextBatchOfCachedSignals(50ms);
+}
+
+void TelemetryManager::willEnterForeground()
+{
+    bool newSession = false;
+    {
+        QMutexLocker locker(&m_lock);
+        newSession = !m_lastDateAppEnteredBackground.isValid() ||
+                     m_lastDateAppEnteredBackground.secsTo(m_clock()) > sessionContinuesSeconds;
+    }
+    if (newSession)
+        configuration()->setSessionID(QUuid::createUuid());
+}
+
+void TelemetryManager::didEnterBackground()
+{
+    const QDateTime now = m_clock();
+    QMutexLocker locker(&m_lock);
+    m_lastDateAppEnteredBackground = now;
+}
