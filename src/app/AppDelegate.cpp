@@ -4,8 +4,11 @@
 #include "SignalQuitter.h"
 #include "SingleInstance.h"
 #include "StatusIconArt.h"
+#include "TelemetryDeck.h"
+#include "TelemetryManagerConfiguration.h"
 
 #include <QApplication>
+#include <QStandardPaths>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
@@ -23,13 +26,29 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching()
 {
     // There is no dock to keep out of: the app opens no window of its own and its popover is a
-    // tool window, which panels leave out of the task list.
-    //
-    // The analytics client is configured and "app.launched" sent here, before the controller,
-    // once that client exists.
+    // popup, which panels leave out of the task list.
+    if (m_setup.analytics)
+        startAnalytics(*m_setup.analytics);
     m_controller = std::make_unique<MenuBarController>(
         MenuBarController::Setup{m_setup.serviceURL, m_setup.websiteURL, m_setup.version},
         m_updater);
+}
+
+void AppDelegate::startAnalytics(const Analytics &analytics) const
+{
+    auto configuration = std::make_shared<TelemetryManagerConfiguration>(
+        analytics.appID, analytics.salt, QUrl(analytics.baseURL));
+    const QString folder = u"/ZelMenuBar"_s;
+    configuration->cacheDirectory.set(
+        QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + folder);
+    configuration->storeDirectory.set(
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + folder);
+    configuration->appVersion.set(m_setup.version);
+    configuration->buildNumber.set(analytics.buildNumber);
+    // The convention across tools for "do not report on me": nothing leaves the machine.
+    configuration->analyticsDisabled.set(qgetenv("DO_NOT_TRACK") == "1");
+    TelemetryDeck::initialize(configuration);
+    TelemetryDeck::signal(u"app.launched"_s);
 }
 
 int AppDelegate::run(int argc, char *argv[], const Setup &setup)

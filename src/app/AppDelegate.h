@@ -4,6 +4,7 @@
 #include "UpdateChecker.h"
 
 #include <memory>
+#include <optional>
 
 // The application's delegate: starts the update checks at once and builds the menu-bar
 // controller when the event loop is running.
@@ -11,11 +12,19 @@ class AppDelegate : public QObject {
     Q_OBJECT
 
 public:
+    struct Analytics {
+        QString baseURL;
+        QString appID;
+        QString salt;
+        QString buildNumber;
+    };
+
     struct Setup {
         QString serviceURL;
         QString websiteURL;
         QString appcastURL;
         QString version;
+        std::optional<Analytics> analytics; // nothing: the client is never started
     };
 
     explicit AppDelegate(Setup setup, QObject *parent = nullptr);
@@ -28,6 +37,8 @@ public:
     static int run(int argc, char *argv[], const Setup &setup);
 
 private:
+    void startAnalytics(const Analytics &analytics) const;
+
     Setup m_setup;
     UpdateChecker m_updater;
     std::unique_ptr<MenuBarController> m_controller;

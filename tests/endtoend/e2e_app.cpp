@@ -1,11 +1,16 @@
 #include "AppDelegate.h"
 #include "ZelConfig.h"
 
-// The application itself, built against a league simulator on a fixed loopback port.
+// The application itself, built against a league simulator (and its analytics ingest) on a
+// fixed loopback port.
 int main(int argc, char *argv[])
 {
     const QString origin = QStringLiteral(ZEL_E2E_ORIGIN);
-    return AppDelegate::run(argc, argv,
-                            {origin, origin, origin + QStringLiteral("/zel/appcast.xml"),
-                             QString::fromUtf8(ZelConfig::version)});
+    return AppDelegate::run(
+        argc, argv,
+        {origin, origin, origin + QStringLiteral("/zel/appcast.xml"),
+         QString::fromUtf8(ZelConfig::version),
+         AppDelegate::Analytics{origin + QStringLiteral("/"),
+                                QString::fromUtf8(ZelConfig::analyticsAppID), QString(),
+                                QString::fromUtf8(ZelConfig::buildNumber)}});
 }

@@ -8,6 +8,10 @@
 #include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScopeGuard>
@@ -458,6 +462,66 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
         callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
+    }
+
+    // The records of each batch the simulator's ingest received, in order.
+    QList<QJsonArray> ingestBatches(const QString &log)
+    {
+        QFile file(log);
+        QList<QJsonArray> batches;
+        if (!file.open(QIODevice::ReadOnly))
+            return batches;
+        for (const QByteArray &line : file.readAll().split('\n'))
+            if (!line.isEmpty())
+                batches.append(QJsonDocument::fromJson(line).array());
+        return batches;
+    }
+
+    void setIngestStatus(int status)
+    {
+        QNetworkAccessManager network;
+        QNetworkRequest request(QUrl(u"http://127.0.0.1:%1/sim/ingest-status"_s.arg(ZEL_E2E_PORT)));
+        std::unique_ptr<QNetworkReply> reply(network.put(request, QByteArray::number(status)));
+        QTRY_VERIFY(reply->isFinished());
+        QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), 200);
+    }
+
+    void analyticsReachTheIngest()
+    {
+        const QString log = m_home.filePath(u"ingest.jsonl"_s);
+        const QString cacheFile = m_home.filePath(u"cache/ZelMenuBar/telemetrysignalcache"_s);
+        QFile::remove(cacheFile); // what earlier runs left
+        QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s, u"--ingest-log"_s, log}));
+        QVERIFY(startWatcher());
+        QVERIFY(startApp());
+        QTRY_VERIFY_WITH_TIMEOUT(!ingestBatches(log).isEmpty(), 15000);
+        const QJsonArray first = ingestBatches(log).first();
+        QStringList types;
+        for (const QJsonValue record : first) {
+            types.append(record[u"type"_s].toString());
+            QCOMPARE(record[u"appID"_s].toString(), QString::fromUtf8(ZelConfig::analyticsAppID));
+            QVERIFY(QRegularExpression(u"^[0-9a-f]{64}$"_s)
+                        .match(record[u"clientUser"_s].toString())
+                        .hasMatch());
+            const QString session = record[u"sessionID"_s].toString();
+            QVERIFY(!QUuid(session).isNull());
+            QCOMPARE(session, session.toUpper());
+        }
+        QCOMPARE(types, (QStringList{u"app.launched"_s, u"TelemetryDeck.Session.started"_s}));
+        stop(m_app);
+
+        // An ingest that fails: what is pending at SIGTERM waits on disk for the next run.
+        setIngestStatus(500);
+        QVERIFY(startApp());
+        QTest::qWait(12000); // a send, refused
+        stop(m_app);
+        QVERIFY(QFile::exists(cacheFile));
+        QCOMPARE(ingestBatches(log).size(), 1);
+        setIngestStatus(200);
+        QVERIFY(startApp());
+        QTRY_COMPARE_WITH_TIMEOUT(ingestBatches(log).size(), 2, 15000);
+        QCOMPARE(ingestBatches(log).last().size(), 4); // two kept, two new
+        QVERIFY(!QFile::exists(cacheFile));
     }
 
     void serviceFailureAndRecovery()

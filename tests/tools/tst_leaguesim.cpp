@@ -246,16 +246,20 @@ private slots:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QByteArray>("contentType");
         QTest::addColumn<int>("configured");
         QTest::addColumn<int>("answered");
         QTest::addColumn<bool>("kept");
 
         const QByteArray batch = R"([{"type": "app.launched", "appID": "x"}])";
-        QTest::newRow("plain") << "/v2/" << batch << 200 << 200 << true;
-        QTest::newRow("namespace") << "/v2/namespace/zel/" << batch << 200 << 200 << true;
-        QTest::newRow("fault status") << "/v2/" << batch << 503 << 503 << true;
+        const QByteArray json = "application/json";
+        QTest::newRow("plain") << "/v2/" << batch << json << 200 << 200 << true;
+        QTest::newRow("namespace") << "/v2/namespace/zel/" << batch << json << 200 << 200 << true;
+        QTest::newRow("fault status") << "/v2/" << batch << json << 503 << 503 << false;
         QTest::newRow("not an array")
-            << "/v2/" << QByteArray(R"({"type": 1})") << 200 << 400 << false;
+            << "/v2/" << QByteArray(R"({"type": 1})") << json << 200 << 400 << false;
+        QTest::newRow("not sent as JSON")
+            << "/v2/" << batch << QByteArray("text/plain") << 200 << 400 << false;
     }
 
     void ingest()
@@ -269,7 +273,8 @@ private slots:
 
         QNetworkAccessManager network;
         QNetworkRequest request(QUrl(running.server.origin() + path));
-        request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json");
+        QFETCH(QByteArray, contentType);
+        request.setHeader(QNetworkRequest::ContentTypeHeader, contentType);
         std::unique_ptr<QNetworkReply> reply(network.post(request, body));
         QTRY_VERIFY(reply->isFinished());
         QTEST(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), "answered");

@@ -19,12 +19,13 @@ bool IngestSink::open(QString *error)
     return false;
 }
 
-int IngestSink::receive(const QByteArray &body)
+int IngestSink::receive(const QByteArray &contentType, const QByteArray &body)
 {
     const QJsonDocument batch = QJsonDocument::fromJson(body);
-    if (!batch.isArray())
+    if (!contentType.startsWith("application/json") || !batch.isArray())
         return 400;
-    if (m_file.isOpen()) {
+    // The log holds what the service accepted; a refused batch comes again.
+    if (m_file.isOpen() && m_status >= 200 && m_status <= 299) {
         m_file.write(batch.toJson(QJsonDocument::Compact) + '\n');
         m_file.flush();
     }

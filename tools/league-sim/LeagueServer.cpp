@@ -117,7 +117,20 @@ bool LeagueServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *
         if (request.method() != QHttpServerRequest::Method::Post)
             HttpReply::text(405, "POST a JSON array of signals").writeTo(socket);
         else
-            HttpReply::json("{}", m_ingest.receive(request.body())).writeTo(socket);
+            HttpReply::json("{}", m_ingest.receive(request.value("Content-Type"), request.body()))
+                .writeTo(socket);
+        return true;
+    }
+    if (path == QLatin1StringView("/sim/ingest-status") &&
+        request.method() == QHttpServerRequest::Method::Put) {
+        bool isNumber = false;
+        const int status = request.body().trimmed().toInt(&isNumber);
+        if (!isNumber || status < 100 || status > 599) {
+            HttpReply::text(400, "PUT a status code from 100 to 599").writeTo(socket);
+        } else {
+            m_ingest.setStatus(status);
+            HttpReply::text(200, "ingest status " + QByteArray::number(status)).writeTo(socket);
+        }
         return true;
     }
     if (request.method() != QHttpServerRequest::Method::Get) {

@@ -23,6 +23,7 @@ Endpoints:
   GET  /api/matches/<id>/scorecard   one match's scorecard
   GET  /logos/<file>, /cdn/logos/<file>   team badges (PNG, one SVG)
   POST /v2/, /v2/namespace/<ns>/     analytics ingest: each JSON array becomes a line of --ingest-log
+  PUT  /sim/ingest-status            the status the ingest answers from now on (the body: 500)
 
 Matches go from upcoming to the toss (30 minutes before the start), through two innings of up to
 20 overs with a 15-minute break, ball by ball (one every 40 seconds), to their result.
