@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds and runs the test suite.
-# Usage: scripts/test.sh [dev|asan]   (default dev)
+# Usage: scripts/test.sh [dev|asan|tsan]   (default dev; tsan: the analytics tests only)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

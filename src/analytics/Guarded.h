@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QReadWriteLock>
+#include <mutex>
+#include <shared_mutex>
 
 // A value that any thread may read or replace.
 template <typename T> class Guarded {
@@ -13,17 +14,17 @@ public:
 
     T get() const
     {
-        QReadLocker locker(&m_lock);
+        std::shared_lock locker(m_lock);
         return m_value;
     }
 
     void set(T value)
     {
-        QWriteLocker locker(&m_lock);
+        std::unique_lock locker(m_lock);
         m_value = std::move(value);
     }
 
 private:
-    mutable QReadWriteLock m_lock;
+    mutable std::shared_mutex m_lock; // a standard lock, which ThreadSanitizer sees
     T m_value{};
 };

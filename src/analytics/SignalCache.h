@@ -2,14 +2,15 @@
 
 #include "LogHandler.h"
 
+#include <mutex>
 #include <optional>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLocale>
-#include <QReadWriteLock>
 #include <QSaveFile>
+#include <shared_mutex>
 
 // Records waiting to be sent, oldest first; any thread may push and pop. They reach the disk
 // only through backupCache(), and the file is read and removed when the next cache is made.
@@ -37,19 +38,19 @@ public:
 
     void push(Record record)
     {
-        QWriteLocker locker(&m_lock);
+        std::unique_lock locker(m_lock);
         m_cachedSignals.append(std::move(record));
     }
 
     void push(const QList<Record> &records)
     {
-        QWriteLocker locker(&m_lock);
+        std::unique_lock locker(m_lock);
         m_cachedSignals.append(records);
     }
 
     QList<Record> pop()
     {
-        QWriteLocker locker(&m_lock);
+        std::unique_lock locker(m_lock);
         const qsizetype taken = qMin(maximumNumberOfSignalsToPopAtOnce, m_cachedSignals.size());
         QList<Record> batch = m_cachedSignals.first(taken);
         m_cachedSignals.remove(0, taken);
@@ -58,14 +59,14 @@ public:
 
     qsizetype count() const
     {
-        QReadLocker locker(&m_lock);
+        std::shared_lock locker(m_lock);
         return m_cachedSignals.size();
     }
 
     // Written whole or not at all: a kill during the write leaves the old file.
     void backupCache()
     {
-        QWriteLocker locker(&m_lock);
+        std::unique_lock locker(m_lock);
         QJsonArray records;
         for (const Record &record : std::as_const(m_cachedSignals))
             records.append(record.toCacheJson());
@@ -104,6 +105,6 @@ private:
 
     const QString m_path;
     const std::optional<LogHandler> m_logHandler;
-    mutable QReadWriteLock m_lock;
+    mutable std::shared_mutex m_lock;
     QList<Record> m_cachedSignals;
 };

@@ -7,7 +7,6 @@
 
 #include <QCoreApplication>
 #include <QSettings>
-#include <QThreadPool>
 #include <QTimer>
 
 SignalManager::SignalManager(std::shared_ptr<TelemetryManagerConfiguration> configuration)
@@ -17,6 +16,8 @@ SignalManager::SignalManager(std::shared_ptr<TelemetryManagerConfiguration> conf
           m_configuration->swiftUIPreviewMode() ? std::nullopt : m_configuration->logHandler.get()))
     , m_sender(new SignalSender(m_signalCache, m_configuration))
 {
+    if (QCoreApplication *application = QCoreApplication::instance())
+        m_mainThread.moveToThread(application->thread());
     m_timerThread.setObjectName(QStringLiteral("seprior.SignalTimer"));
     m_sender->moveToThread(&m_timerThread);
     QObject::connect(&m_timerThread, &QThread::finished, m_sender, &QObject::deleteLater);
@@ -42,6 +43,7 @@ void SignalManager::stopSending()
 {
     m_timerThread.quit();
     m_timerThread.wait();
+    m_sender = nullptr; // deleted as its thread finished
 }
 
 void SignalManager::appWillTerminate()
@@ -59,6 +61,8 @@ void SignalManager::attemptToSendNextBatchOfCachedSignals()
 void SignalManager::attemptToSendNextBatchOfCachedSignals(std::chrono::milliseconds delay)
 {
     SignalSender *sender = m_sender;
+    if (!sender)
+        return;
     QMetaObject::invokeMethod(
         sender,
         [sender, delay] {
@@ -73,37 +77,38 @@ void SignalManager::processSignal(const QString &signalType,
                                   const std::optional<QString> &customUserID,
                                   std::shared_ptr<TelemetryManagerConfiguration> configuration)
 {
-    QCoreApplication *application = QCoreApplication::instance();
-    if (!application)
-        return;
-    std::weak_ptr<SignalCache<SignalPostBody>> cache = m_signalCache;
     QMetaObject::invokeMethod(
-        application,
-        [=] {
+        &m_mainThread,
+        [=, this] {
+            if (!m_sender)
+                return; // the application is quitting
             const QString defaultUser = defaultUserIdentifier(*configuration);
             const QMap<QString, QString> metadata =
                 DefaultSignalPayload::parameters(*configuration);
-            QThreadPool::globalInstance()->start([=] {
-                QMap<QString, QString> payload = metadata;
-                for (const auto &enricher : configuration->metadataEnrichers.get())
-                    payload.insert(enricher->enrich(signalType, customUserID, floatValue));
-                payload.insert(parameters); // the signal's own values win
-                const QString user =
-                    customUserID.value_or(configuration->defaultUser.get().value_or(defaultUser));
-                const SignalPostBody record{
-                    QDateTime::currentDateTimeUtc(),
-                    configuration->telemetryAppID,
-                    CryptoHashing::sha256(user, configuration->salt),
-                    configuration->sessionID().toString(QUuid::WithoutBraces).toUpper(),
-                    signalType,
-                    floatValue,
-                    payload,
-                    configuration->testMode() ? QStringLiteral("true") : QStringLiteral("false")};
-                configuration->log(LogLevel::Debug,
-                                   QStringLiteral("Process signal: ") + record.description());
-                if (const auto target = cache.lock())
-                    target->push(record);
-            });
+            QMetaObject::invokeMethod(
+                m_sender,
+                [=, cache = m_signalCache] {
+                    QMap<QString, QString> payload = metadata;
+                    for (const auto &enricher : configuration->metadataEnrichers.get())
+                        payload.insert(enricher->enrich(signalType, customUserID, floatValue));
+                    payload.insert(parameters); // the signal's own values win
+                    const QString user = customUserID.value_or(
+                        configuration->defaultUser.get().value_or(defaultUser));
+                    const SignalPostBody record{
+                        QDateTime::currentDateTimeUtc(),
+                        configuration->telemetryAppID,
+                        CryptoHashing::sha256(user, configuration->salt),
+                        configuration->sessionID().toString(QUuid::WithoutBraces).toUpper(),
+                        signalType,
+                        floatValue,
+                        payload,
+                        configuration->testMode() ? QStringLiteral("true")
+                                                  : QStringLiteral("false")};
+                    configuration->log(LogLevel::Debug,
+                                       QStringLiteral("Process signal: ") + record.description());
+                    cache->push(record);
+                },
+                Qt::QueuedConnection);
         },
         Qt::QueuedConnection);
 }

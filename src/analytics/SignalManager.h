@@ -17,7 +17,8 @@ public:
     explicit SignalManager(std::shared_ptr<TelemetryManagerConfiguration> configuration);
     ~SignalManager() override;
 
-    // Metadata on the main thread (it reads the desktop's state), the record built off it.
+    // Metadata on the main thread (it reads the desktop's state), the record built on the
+    // worker thread.
     void processSignal(const QString &signalType, const QMap<QString, QString> &parameters,
                        std::optional<double> floatValue, const std::optional<QString> &customUserID,
                        std::shared_ptr<TelemetryManagerConfiguration> configuration) override;
@@ -39,8 +40,9 @@ private:
 
     std::shared_ptr<TelemetryManagerConfiguration> m_configuration;
     std::shared_ptr<SignalCache<SignalPostBody>> m_signalCache;
+    QObject m_mainThread; // queued work for the main thread dies with the manager
     QThread m_timerThread;
-    SignalSender *m_sender;
+    SignalSender *m_sender; // on m_timerThread; nothing once it stopped
     QMetaObject::Connection m_willTerminate;
     QMetaObject::Connection m_applicationGone;
 };

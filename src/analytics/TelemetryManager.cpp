@@ -100,7 +100,7 @@ void TelemetryManager::generateNewSession()
 
 std::shared_ptr<TelemetryManagerConfiguration> TelemetryManager::configuration() const
 {
-    QMutexLocker locker(&m_lock);
+    std::lock_guard locker(m_lock);
     return m_configuration;
 }
 
@@ -114,7 +114,7 @@ void TelemetryManager::syncSoon()
 {
     const QDateTime now = m_clock();
     {
-        QMutexLocker locker(&m_lock);
+        std::lock_guard locker(m_lock);
         if (m_lastTimeImmediateSyncRequested.isValid() &&
             m_lastTimeImmediateSyncRequested.msecsTo(now) <= syncThrottleSeconds * 1000)
             return;
@@ -127,7 +127,7 @@ void TelemetryManager::willEnterForeground()
 {
     bool newSession = false;
     {
-        QMutexLocker locker(&m_lock);
+        std::lock_guard locker(m_lock);
         newSession = !m_lastDateAppEnteredBackground.isValid() ||
                      m_lastDateAppEnteredBackground.secsTo(m_clock()) > sessionContinuesSeconds;
     }
@@ -138,6 +138,6 @@ void TelemetryManager::willEnterForeground()
 void TelemetryManager::didEnterBackground()
 {
     const QDateTime now = m_clock();
-    QMutexLocker locker(&m_lock);
+    std::lock_guard locker(m_lock);
     m_lastDateAppEnteredBackground = now;
 }

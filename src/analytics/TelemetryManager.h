@@ -4,8 +4,8 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <QDateTime>
-#include <QMutex>
 
 class TelemetryManagerConfiguration;
 
@@ -48,7 +48,7 @@ public:
 private:
     std::shared_ptr<SignalManager> m_signalManager;
     const Clock m_clock;
-    mutable QMutex m_lock; // guards the three below
+    mutable std::mutex m_lock; // guards the three below
     std::shared_ptr<TelemetryManagerConfiguration> m_configuration;
     QDateTime m_lastTimeImmediateSyncRequested;
     QDateTime m_lastDateAppEnteredBackground;

@@ -2,16 +2,17 @@
 
 #include "TelemetryManager.h"
 
-#include <QReadWriteLock>
+#include <mutex>
+#include <shared_mutex>
 
 namespace {
-QReadWriteLock lock;
+std::shared_mutex lock;
 std::shared_ptr<TelemetryManager> stored;
 } // namespace
 
 std::shared_ptr<TelemetryManager> TelemetryManagerStorage::manager()
 {
-    QReadLocker locker(&lock);
+    std::shared_lock locker(lock);
     return stored;
 }
 
@@ -19,7 +20,7 @@ void TelemetryManagerStorage::setManager(std::shared_ptr<TelemetryManager> manag
 {
     std::shared_ptr<TelemetryManager> previous;
     {
-        QWriteLocker locker(&lock);
+        std::unique_lock locker(lock);
         previous = std::exchange(stored, std::move(manager));
     }
     // The previous one stops its worker outside the lock.

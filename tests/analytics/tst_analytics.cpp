@@ -4,9 +4,9 @@
 #include "TelemetryManager.h"
 #include "TelemetryManagerConfiguration.h"
 
+#include <mutex>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QMutex>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -23,24 +23,24 @@ public:
     LogHandler handler()
     {
         return {LogLevel::Debug, [this](LogLevel level, const QString &message) {
-                    QMutexLocker locker(&m_lock);
+                    std::lock_guard locker(m_lock);
                     m_lines.append(logLevelDescription(level) + u' ' + message);
                 }};
     }
     QStringList lines() const
     {
-        QMutexLocker locker(&m_lock);
+        std::lock_guard locker(m_lock);
         return m_lines;
     }
     QStringList errors() const { return lines().filter(QRegularExpression(u"^ERROR "_s)); }
     void clear()
     {
-        QMutexLocker locker(&m_lock);
+        std::lock_guard locker(m_lock);
         m_lines.clear();
     }
 
 private:
-    mutable QMutex m_lock;
+    mutable std::mutex m_lock;
     QStringList m_lines;
 };
 
@@ -166,7 +166,7 @@ private slots:
 
         m_ingest->script(u"/v2/"_s, {200, "{}"});
         manager.attemptToSendNextBatchOfCachedSignals();
-        QTRY_COMPARE(m_ingest->requestBodies().size(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(m_ingest->requestBodies().size(), 2, 15000);
         QCOMPARE(receivedTypes(*m_ingest).last(),
                  (QStringList{u"signal.3"_s, u"signal.1"_s, u"signal.2"_s}));
         QTRY_COMPARE(manager.signalCache().count(), 0);
