@@ -10,14 +10,19 @@ namespace {
 
 const QString platform = QStringLiteral("Linux");
 
-// The kernel's leading numbers: "6.1.0-18-amd64" gives 6, 1 and 0.
-QStringList kernelNumbers()
+// The kernel's leading numbers: "6.1.0-18-amd64" gives 6, 1 and 0. Read once: the kernel
+// does not change under a running program.
+const QStringList &kernelNumbers()
 {
-    static const QRegularExpression numbers(QStringLiteral("^(\\d+)(?:\\.(\\d+))?(?:\\.(\\d+))?"));
-    const auto match = numbers.match(QSysInfo::kernelVersion());
-    QStringList parts;
-    for (int i = 1; i <= 3; ++i)
-        parts.append(match.captured(i).isEmpty() ? QStringLiteral("0") : match.captured(i));
+    static const QStringList parts = [] {
+        static const QRegularExpression numbers(
+            QStringLiteral("^(\\d+)(?:\\.(\\d+))?(?:\\.(\\d+))?"));
+        const auto match = numbers.match(QSysInfo::kernelVersion());
+        QStringList found;
+        for (int i = 1; i <= 3; ++i)
+            found.append(match.captured(i).isEmpty() ? QStringLiteral("0") : match.captured(i));
+        return found;
+    }();
     return parts;
 }
 

@@ -82,7 +82,10 @@ void SignalManager::processSignal(const QString &signalType,
         [=, this] {
             if (!m_sender)
                 return; // the application is quitting
-            const QString defaultUser = defaultUserIdentifier(*configuration);
+            // Read from the store once: it never changes, and the store is a file.
+            if (m_defaultUser.isEmpty())
+                m_defaultUser = defaultUserIdentifier(*configuration);
+            const QString defaultUser = m_defaultUser;
             const QMap<QString, QString> metadata =
                 DefaultSignalPayload::parameters(*configuration);
             QMetaObject::invokeMethod(

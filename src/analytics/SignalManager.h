@@ -40,7 +40,8 @@ private:
 
     std::shared_ptr<TelemetryManagerConfiguration> m_configuration;
     std::shared_ptr<SignalCache<SignalPostBody>> m_signalCache;
-    QObject m_mainThread; // queued work for the main thread dies with the manager
+    QObject m_mainThread;  // queued work for the main thread dies with the manager
+    QString m_defaultUser; // main thread only
     QThread m_timerThread;
     SignalSender *m_sender; // on m_timerThread; nothing once it stopped
     QMetaObject::Connection m_willTerminate;
