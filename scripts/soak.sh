@@ -17,15 +17,8 @@ dbus-run-session -- bash -c '
     set -euo pipefail
     build=build/demo
     minutes=$1
-    work=$(mktemp -d)
-    pids=()
-    trap "kill \${pids[*]} 2>/dev/null || true; rm -rf $work" EXIT
-    exec 5>"$work/display"
-    Xvfb -displayfd 5 -screen 0 1280x800x24 -nolisten tcp -noreset &
-    pids+=($!)
-    for _ in $(seq 50); do [[ -s $work/display ]] && break; sleep 0.1; done
-    export DISPLAY=:$(cat "$work/display") XDG_RUNTIME_DIR=$work XDG_CACHE_HOME=$work/cache
-    status-notifier-watcher & pids+=($!)
+    source scripts/lib/desktop.sh
+    start_desktop
     # A live match (polled every 30 s), and a service that fails in every way it can, about one
     # request in eight: much more, and the back-off after failed reloads holds the label for minutes.
     $build/tools/league-sim/zel-league-sim --scenario live-first-innings \

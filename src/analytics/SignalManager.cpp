@@ -19,9 +19,10 @@ SignalManager::SignalManager(std::shared_ptr<TelemetryManagerConfiguration> conf
     if (QCoreApplication *application = QCoreApplication::instance())
         m_mainThread.moveToThread(application->thread());
     m_timerThread.setObjectName(QStringLiteral("seprior.SignalTimer"));
-    m_sender->moveToThread(&m_timerThread);
-    QObject::connect(&m_timerThread, &QThread::finished, m_sender, &QObject::deleteLater);
-    QObject::connect(&m_timerThread, &QThread::started, m_sender, &SignalSender::start);
+    SignalSender *sender = m_sender;
+    sender->moveToThread(&m_timerThread);
+    QObject::connect(&m_timerThread, &QThread::finished, sender, &QObject::deleteLater);
+    QObject::connect(&m_timerThread, &QThread::started, sender, &SignalSender::start);
     m_timerThread.start();
     if (QCoreApplication *application = QCoreApplication::instance()) {
         m_willTerminate = QObject::connect(application, &QCoreApplication::aboutToQuit,
@@ -80,7 +81,8 @@ void SignalManager::processSignal(const QString &signalType,
     QMetaObject::invokeMethod(
         &m_mainThread,
         [=, this] {
-            if (!m_sender)
+            SignalSender *sender = m_sender;
+            if (!sender)
                 return; // the application is quitting
             // Read from the store once: it never changes, and the store is a file.
             if (m_defaultUser.isEmpty())
@@ -89,7 +91,7 @@ void SignalManager::processSignal(const QString &signalType,
             const QMap<QString, QString> metadata =
                 DefaultSignalPayload::parameters(*configuration);
             QMetaObject::invokeMethod(
-                m_sender,
+                sender,
                 [=, cache = m_signalCache] {
                     QMap<QString, QString> payload = metadata;
                     for (const auto &enricher : configuration->metadataEnrichers.get())

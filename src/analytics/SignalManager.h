@@ -4,6 +4,7 @@
 #include "SignalManageable.h"
 #include "SignalPostBody.h"
 
+#include <atomic>
 #include <chrono>
 #include <QThread>
 #include <QUrl>
@@ -43,7 +44,8 @@ private:
     QObject m_mainThread;  // queued work for the main thread dies with the manager
     QString m_defaultUser; // main thread only
     QThread m_timerThread;
-    SignalSender *m_sender; // on m_timerThread; nothing once it stopped
+    // On m_timerThread; nothing once that stopped. Any thread may ask it to send.
+    std::atomic<SignalSender *> m_sender;
     QMetaObject::Connection m_willTerminate;
     QMetaObject::Connection m_applicationGone;
 };
