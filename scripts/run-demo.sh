@@ -27,7 +27,9 @@ build=build/demo
 pids=()
 trap 'kill "${pids[@]}" 2>/dev/null || true' EXIT
 
-"$build/tools/league-sim/zel-league-sim" --scenario "$scenario" &
+# The app's analytics batches land, one JSON array a line, in the simulator's ingest log.
+"$build/tools/league-sim/zel-league-sim" --scenario "$scenario" \
+    --ingest-log "$build/ingest.jsonl" &
 pids+=($!)
 for _ in $(seq 100); do
     (exec 3<>/dev/tcp/127.0.0.1/8765) 2>/dev/null && break
