@@ -2,9 +2,14 @@
 
 #include "TelemetryManagerConfiguration.h"
 
+#include <QFile>
+#include <QGuiApplication>
 #include <QLocale>
+#include <QPalette>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QSysInfo>
+#include <sys/utsname.h>
 
 namespace {
 
@@ -36,6 +41,15 @@ QString lastPiece(const QString &identifier)
 {
     static const QRegularExpression separators(QStringLiteral("[-_]"));
     return identifier.split(separators).last();
+}
+
+// A number as the design writes a floating-point one: 982.0, 1.5.
+QString decimal(double value)
+{
+    QString text = QString::number(value, 'f', 6);
+    while (text.endsWith(u'0') && !text.endsWith(QStringLiteral(".0")))
+        text.chop(1);
+    return text;
 }
 
 } // namespace
@@ -77,6 +91,74 @@ QString DefaultSignalPayload::preferredLanguage()
     return firstPiece(languages.isEmpty() ? QStringLiteral("zz-ZZ") : languages.first());
 }
 
+QString DefaultSignalPayload::modelName()
+{
+    // Read once: every signal asks, and the machine stays the same.
+    static const QString name = [] {
+        QFile product(QStringLiteral("/sys/class/dmi/id/product_name"));
+        if (product.open(QIODevice::ReadOnly)) {
+            const QString read = QString::fromUtf8(product.read(256)).trimmed();
+            if (!read.isEmpty())
+                return read;
+        }
+        utsname system{};
+        return uname(&system) == 0 ? QString::fromUtf8(system.machine) : QString();
+    }();
+    return name;
+}
+
+QString DefaultSignalPayload::timeZone(int offsetSeconds)
+{
+    const int hours = offsetSeconds / 3600;
+    const int minutes = std::abs((offsetSeconds / 60) % 60);
+    QString text =
+        QStringLiteral("UTC") + (offsetSeconds < 0 ? u'-' : u'+') + QString::number(hours);
+    if (minutes != 0)
+        text += u':' + QStringLiteral("%1").arg(minutes, 2, 10, QChar(u'0'));
+    return text;
+}
+
+QMap<QString, QString> DefaultSignalPayload::calendarParameters(const QDateTime &moment)
+{
+    const QDate date = moment.date();
+    const int dayOfWeek = date.dayOfWeek(); // 1 = Monday, as the signal wants it
+    const auto number = [](int value) { return QString::number(value); };
+    return {
+        {"TelemetryDeck.Calendar.dayOfMonth", number(date.day())},
+        {"TelemetryDeck.Calendar.dayOfWeek", number(dayOfWeek)},
+        {"TelemetryDeck.Calendar.dayOfYear", number(date.dayOfYear())},
+        {"TelemetryDeck.Calendar.weekOfYear", number(date.weekNumber())},
+        {"TelemetryDeck.Calendar.isWeekend",
+         dayOfWeek >= 6 ? QStringLiteral("true") : QStringLiteral("false")},
+        {"TelemetryDeck.Calendar.monthOfYear", number(date.month())},
+        {"TelemetryDeck.Calendar.quarterOfYear", number((date.month() - 1) / 3 + 1)},
+        {"TelemetryDeck.Calendar.hourOfDay", number(moment.time().hour() + 1)},
+    };
+}
+
+QMap<QString, QString> DefaultSignalPayload::displayParameters()
+{
+    const QString unknown = QStringLiteral("N/A");
+    const bool gui = qobject_cast<QGuiApplication *>(QCoreApplication::instance()) != nullptr;
+    const QScreen *screen = gui ? QGuiApplication::primaryScreen() : nullptr;
+    const QSize size = screen ? screen->geometry().size() : QSize();
+    const bool dark = gui && QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+    QString direction = unknown;
+    if (gui)
+        direction = QGuiApplication::layoutDirection() == Qt::RightToLeft
+                        ? QStringLiteral("rightToLeft")
+                        : QStringLiteral("leftToRight");
+    return {
+        {"TelemetryDeck.Device.screenResolutionHeight", screen ? decimal(size.height()) : unknown},
+        {"TelemetryDeck.Device.screenResolutionWidth", screen ? decimal(size.width()) : unknown},
+        {"TelemetryDeck.Device.screenScaleFactor",
+         screen ? decimal(screen->devicePixelRatio()) : unknown},
+        {"TelemetryDeck.UserPreference.colorScheme",
+         dark ? QStringLiteral("Dark") : QStringLiteral("Light")},
+        {"TelemetryDeck.UserPreference.layoutDirection", direction},
+    };
+}
+
 QMap<QString, QString>
 DefaultSignalPayload::parameters(const TelemetryManagerConfiguration &configuration)
 {
@@ -94,7 +176,9 @@ DefaultSignalPayload::parameters(const TelemetryManagerConfiguration &configurat
     const QString isTestFlight = QStringLiteral("false");
     const QString isAppStore = QStringLiteral("true");
     const QString no = QStringLiteral("false");
-    return {
+    const QString model = modelName();
+    const QDateTime now = QDateTime::currentDateTime();
+    QMap<QString, QString> device{
         {"platform", platform},
         {"systemVersion", system},
         {"majorSystemVersion", major},
@@ -134,5 +218,12 @@ DefaultSignalPayload::parameters(const TelemetryManagerConfiguration &configurat
         {"TelemetryDeck.SDK.version", clientVersion},
         {"TelemetryDeck.UserPreference.language", preferred},
         {"TelemetryDeck.UserPreference.region", regionCode},
+        {"modelName", model},
+        {"TelemetryDeck.Device.modelName", model},
+        {"TelemetryDeck.Device.orientation", QStringLiteral("Fixed")},
+        {"TelemetryDeck.Device.timeZone", timeZone(now.offsetFromUtc())},
     };
+    device.insert(displayParameters());
+    device.insert(calendarParameters(now));
+    return device;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QMap>
 #include <QString>
 
@@ -20,4 +21,12 @@ public:
     static QString region();
     static QString appLanguage();
     static QString preferredLanguage();
+    // The machine's DMI product name, else the kernel's machine field.
+    static QString modelName();
+    // "UTC+5:30", "UTC+0", and "UTC--5" for five hours behind (the hours keep their own sign).
+    static QString timeZone(int offsetSeconds);
+    // Day, week (ISO), month, quarter and hour (1 to 24) of a moment in its own time zone.
+    static QMap<QString, QString> calendarParameters(const QDateTime &moment);
+    // Screen size and scale, colour scheme and layout direction: "N/A" without an application.
+    static QMap<QString, QString> displayParameters();
 };

@@ -1,3 +1,4 @@
+#include "DefaultSignalPayload.h"
 #include "FixtureServer.h"
 #include "SignalManager.h"
 #include "TelemetryDeck.h"
@@ -346,6 +347,53 @@ private slots:
         const QString session = sent[u"sessionID"_s].toString();
         QCOMPARE(session, session.toUpper());
         QCOMPARE(QUuid(session), TelemetryManager::shared()->configuration()->sessionID());
+    }
+
+    void timeZoneText_data()
+    {
+        QTest::addColumn<int>("offset");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("five hours behind") << -18000 << u"UTC--5"_s;
+        QTest::newRow("three and a half behind") << -12600 << u"UTC--3:30"_s;
+        QTest::newRow("India") << 19800 << u"UTC+5:30"_s;
+        QTest::newRow("UTC") << 0 << u"UTC+0"_s;
+    }
+
+    void timeZoneText()
+    {
+        QFETCH(int, offset);
+        QTEST(DefaultSignalPayload::timeZone(offset), "text");
+    }
+
+    void calendarKeys_data()
+    {
+        QTest::addColumn<QDateTime>("moment");
+        QTest::addColumn<QStringList>("dayWeekendHourWeekQuarter");
+        const QTimeZone zone("Asia/Kolkata");
+        QTest::newRow("Saturday night") << QDateTime(QDate(2026, 11, 21), QTime(23, 30), zone)
+                                        << QStringList{u"6"_s, u"true"_s, u"24"_s, u"47"_s, u"4"_s};
+        QTest::newRow("Sunday just after midnight")
+            << QDateTime(QDate(2026, 11, 22), QTime(0, 5), zone)
+            << QStringList{u"7"_s, u"true"_s, u"1"_s, u"47"_s, u"4"_s};
+        QTest::newRow("Monday of ISO week 1, still December")
+            << QDateTime(QDate(2025, 12, 29), QTime(9, 0), zone)
+            << QStringList{u"1"_s, u"false"_s, u"10"_s, u"1"_s, u"4"_s};
+        QTest::newRow("first of April")
+            << QDateTime(QDate(2026, 4, 1), QTime(12, 0), zone)
+            << QStringList{u"3"_s, u"false"_s, u"13"_s, u"14"_s, u"2"_s};
+    }
+
+    void calendarKeys()
+    {
+        QFETCH(QDateTime, moment);
+        QFETCH(QStringList, dayWeekendHourWeekQuarter);
+        const auto keys = DefaultSignalPayload::calendarParameters(moment);
+        const QString prefix = u"TelemetryDeck.Calendar."_s;
+        QCOMPARE(
+            (QStringList{keys.value(prefix + u"dayOfWeek"_s), keys.value(prefix + u"isWeekend"_s),
+                         keys.value(prefix + u"hourOfDay"_s), keys.value(prefix + u"weekOfYear"_s),
+                         keys.value(prefix + u"quarterOfYear"_s)}),
+            dayWeekendHourWeekQuarter);
     }
 
     // Eight threads send while the timer and immediate syncs send: each signal arrives once.
