@@ -1,6 +1,10 @@
 #include "DefaultSignalPayload.h"
 
+#include "DesktopAccessibility.h"
+#include "SessionManager.h"
+#include "TelemetryManager.h"
 #include "TelemetryManagerConfiguration.h"
+#include "TelemetryManagerStorage.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -43,16 +47,15 @@ QString lastPiece(const QString &identifier)
     return identifier.split(separators).last();
 }
 
-// A number as the design writes a floating-point one: 982.0, 1.5.
-QString decimal(double value)
+} // namespace
+
+QString DefaultSignalPayload::decimalText(double value)
 {
     QString text = QString::number(value, 'f', 6);
     while (text.endsWith(u'0') && !text.endsWith(QStringLiteral(".0")))
         text.chop(1);
     return text;
 }
-
-} // namespace
 
 QString DefaultSignalPayload::systemVersion()
 {
@@ -149,13 +152,27 @@ QMap<QString, QString> DefaultSignalPayload::displayParameters()
                         ? QStringLiteral("rightToLeft")
                         : QStringLiteral("leftToRight");
     return {
-        {"TelemetryDeck.Device.screenResolutionHeight", screen ? decimal(size.height()) : unknown},
-        {"TelemetryDeck.Device.screenResolutionWidth", screen ? decimal(size.width()) : unknown},
+        {"TelemetryDeck.Device.screenResolutionHeight",
+         screen ? decimalText(size.height()) : unknown},
+        {"TelemetryDeck.Device.screenResolutionWidth",
+         screen ? decimalText(size.width()) : unknown},
         {"TelemetryDeck.Device.screenScaleFactor",
-         screen ? decimal(screen->devicePixelRatio()) : unknown},
+         screen ? decimalText(screen->devicePixelRatio()) : unknown},
         {"TelemetryDeck.UserPreference.colorScheme",
          dark ? QStringLiteral("Dark") : QStringLiteral("Light")},
         {"TelemetryDeck.UserPreference.layoutDirection", direction},
+    };
+}
+
+QMap<QString, QString> DefaultSignalPayload::accessibilityParameters()
+{
+    const DesktopAccessibility *desktop = DesktopAccessibility::instance();
+    const auto text = [](bool on) { return on ? QStringLiteral("true") : QStringLiteral("false"); };
+    return {
+        {"TelemetryDeck.Accessibility.isReduceMotionEnabled",
+         text(desktop && desktop->reduceMotion())},
+        {"TelemetryDeck.Accessibility.isInvertColorsEnabled",
+         text(desktop && desktop->invertColors())},
     };
 }
 
@@ -224,6 +241,10 @@ DefaultSignalPayload::parameters(const TelemetryManagerConfiguration &configurat
         {"TelemetryDeck.Device.timeZone", timeZone(now.offsetFromUtc())},
     };
     device.insert(displayParameters());
+    device.insert(accessibilityParameters());
     device.insert(calendarParameters(now));
+    // No extension identifier on Linux. Signals only flow while a manager is in place.
+    if (const auto manager = TelemetryManagerStorage::manager())
+        device.insert(manager->sessionManager().retentionParameters(now));
     return device;
 }

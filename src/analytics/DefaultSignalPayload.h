@@ -27,6 +27,10 @@ public:
     static QString timeZone(int offsetSeconds);
     // Day, week (ISO), month, quarter and hour (1 to 24) of a moment in its own time zone.
     static QMap<QString, QString> calendarParameters(const QDateTime &moment);
+    // The desktop's reduced motion and inverted colours.
+    static QMap<QString, QString> accessibilityParameters();
+    // A number as the design writes a floating-point one: 982.0, 1.5, 2.345.
+    static QString decimalText(double value);
     // Screen size and scale, colour scheme and layout direction: "N/A" without an application.
     static QMap<QString, QString> displayParameters();
 };

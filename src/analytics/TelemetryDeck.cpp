@@ -146,6 +146,36 @@ void TelemetryDeck::generateNewSession()
     TelemetryManager::shared()->configuration()->setSessionID(QUuid::createUuid());
 }
 
+void TelemetryDeck::startDurationSignal(const QString &signalName,
+                                        const QMap<QString, QString> &parameters,
+                                        bool includeBackgroundTime)
+{
+    TelemetryManager::shared()->durationSignalTracker().startTracking(signalName, parameters,
+                                                                      includeBackgroundTime);
+}
+
+void TelemetryDeck::stopAndSendDurationSignal(const QString &signalName,
+                                              const QMap<QString, QString> &parameters,
+                                              std::optional<double> floatValue,
+                                              const std::optional<QString> &customUserID)
+{
+    const auto elapsed =
+        TelemetryManager::shared()->durationSignalTracker().stopTracking(signalName);
+    if (!elapsed)
+        return;
+    // The call's parameters over the stored ones, and the duration over both.
+    QMap<QString, QString> merged = elapsed->parameters;
+    merged.insert(parameters);
+    merged.insert(QStringLiteral("TelemetryDeck.Signal.durationInSeconds"),
+                  DurationSignalTracker::durationText(elapsed->seconds));
+    internalSignal(signalName, merged, floatValue, customUserID);
+}
+
+void TelemetryDeck::cancelDurationSignal(const QString &signalName)
+{
+    TelemetryManager::shared()->durationSignalTracker().stopTracking(signalName);
+}
+
 std::unique_ptr<QSettings> TelemetryDeck::customDefaults()
 {
     const auto manager = TelemetryManagerStorage::manager();

@@ -31,6 +31,17 @@ public:
     static void terminate();
     static void updateDefaultUserID(const std::optional<QString> &id);
     static void generateNewSession();
+    // Times an activity; inactive time is left out unless asked for.
+    static void startDurationSignal(const QString &signalName,
+                                    const QMap<QString, QString> &parameters = {},
+                                    bool includeBackgroundTime = false);
+    // Sends the signal with "TelemetryDeck.Signal.durationInSeconds"; nothing when it never
+    // started.
+    static void stopAndSendDurationSignal(const QString &signalName,
+                                          const QMap<QString, QString> &parameters = {},
+                                          std::optional<double> floatValue = {},
+                                          const std::optional<QString> &customUserID = {});
+    static void cancelDurationSignal(const QString &signalName);
     // Nothing before initialize().
     static std::unique_ptr<QSettings> customDefaults();
 };

@@ -6,6 +6,7 @@
 #include "TelemetryManagerStorage.h"
 
 #include <QCoreApplication>
+#include <QThread>
 #include <QTimer>
 
 using namespace std::chrono_literals;
@@ -18,9 +19,28 @@ constexpr qint64 sessionContinuesSeconds = 300;
 TelemetryManager::TelemetryManager(std::shared_ptr<TelemetryManagerConfiguration> configuration,
                                    Clock clock)
     : m_signalManager(std::make_shared<SignalManager>(configuration))
+    , m_sessionManager(
+          new SessionManager([configuration] { return configuration->store(); },
+                             [](const QString &name, const QMap<QString, QString> &parameters) {
+                                 TelemetryDeck::internalSignal(name, parameters);
+                             }))
+    , m_durationSignalTracker(new DurationSignalTracker)
     , m_clock(std::move(clock))
     , m_configuration(std::move(configuration))
 {
+    // Their timers and activation follow the main thread's loop.
+    if (const QCoreApplication *application = QCoreApplication::instance()) {
+        m_sessionManager->moveToThread(application->thread());
+        m_durationSignalTracker->moveToThread(application->thread());
+    }
+}
+
+void TelemetryManager::DeleteOnOwnThread::operator()(QObject *object) const
+{
+    if (object->thread() == QThread::currentThread())
+        delete object;
+    else
+        object->deleteLater();
 }
 
 std::shared_ptr<TelemetryManager>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DurationSignalTracker.h"
+#include "SessionManager.h"
 #include "SignalManager.h"
 
 #include <functional>
@@ -38,6 +40,9 @@ public:
     std::shared_ptr<TelemetryManagerConfiguration> configuration() const;
     QString hashedDefaultUser() const;
     SignalManageable &signalManager() { return *m_signalManager; }
+    // Main thread only.
+    SessionManager &sessionManager() { return *m_sessionManager; }
+    DurationSignalTracker &durationSignalTracker() { return *m_durationSignalTracker; }
 
     // At most one flush every 10 s, 50 ms after the request.
     void syncSoon();
@@ -46,7 +51,14 @@ public:
     void didEnterBackground();
 
 private:
+    // Deleted on their own thread, whichever thread lets the manager go.
+    struct DeleteOnOwnThread {
+        void operator()(QObject *object) const;
+    };
+
     std::shared_ptr<SignalManager> m_signalManager;
+    std::unique_ptr<SessionManager, DeleteOnOwnThread> m_sessionManager;
+    std::unique_ptr<DurationSignalTracker, DeleteOnOwnThread> m_durationSignalTracker;
     const Clock m_clock;
     mutable std::mutex m_lock; // guards the three below
     std::shared_ptr<TelemetryManagerConfiguration> m_configuration;

@@ -2,6 +2,8 @@
 
 #include "CryptoHashing.h"
 #include "TelemetryDeck.h"
+#include "TelemetryManager.h"
+#include "TelemetryManagerStorage.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -31,6 +33,9 @@ bool TelemetryManagerConfiguration::swiftUIPreviewMode() const
 void TelemetryManagerConfiguration::setSessionID(QUuid id)
 {
     m_sessionID.set(id);
+    if (sessionStatsEnabled.get())
+        if (const auto manager = TelemetryManagerStorage::manager())
+            manager->sessionManager().startNewSession();
     if (sendNewSessionBeganSignal.get())
         TelemetryDeck::internalSignal(QStringLiteral("TelemetryDeck.Session.started"));
 }

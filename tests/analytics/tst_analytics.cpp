@@ -1,11 +1,16 @@
 #include "DefaultSignalPayload.h"
+#include "DesktopAccessibility.h"
+#include "DurationSignalTracker.h"
 #include "FixtureServer.h"
+#include "SessionManager.h"
 #include "SignalManager.h"
 #include "TelemetryDeck.h"
 #include "TelemetryManager.h"
 #include "TelemetryManagerConfiguration.h"
 
 #include <mutex>
+#include <QDBusConnection>
+#include <QDBusContext>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTemporaryDir>
@@ -70,6 +75,28 @@ QList<QStringList> receivedTypes(const FixtureServer &ingest)
     return batches;
 }
 
+// The desktop portal's settings as GNOME publishes them: animations off, inverted lightness on.
+class FakePortal : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public slots:
+    QDBusVariant Read(const QString &group, const QString &key)
+    {
+        const QMap<QString, bool> known{
+            {u"org.gnome.desktop.interface/enable-animations"_s, false},
+            {u"org.gnome.desktop.a11y.magnifier/invert-lightness"_s, true}};
+        const QString name = group + u'/' + key;
+        if (!known.contains(name))
+            sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such setting"_s);
+        // Wrapped twice, as older portals answer.
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(known.value(name))));
+    }
+
+signals:
+    void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+};
+
 } // namespace
 
 class AnalyticsTest : public QObject {
@@ -100,6 +127,47 @@ class AnalyticsTest : public QObject {
         file.write(data);
     }
 
+    // A session manager over a store file of its own, on a clock the test moves.
+    struct SessionRig {
+        QString path;
+        QDateTime now;
+        QList<QMap<QString, QString>> announced;
+        std::unique_ptr<SessionManager> manager;
+
+        SessionRig(const QString &file, QDateTime start)
+            : path(file)
+            , now(std::move(start))
+        {
+            QFile::remove(path);
+        }
+        std::unique_ptr<QSettings> store() const
+        {
+            return std::make_unique<QSettings>(path, QSettings::IniFormat);
+        }
+        SessionManager &start()
+        {
+            manager = std::make_unique<SessionManager>(
+                [this] { return store(); },
+                [this](const QString &, const QMap<QString, QString> &parameters) {
+                    announced.append(parameters);
+                },
+                [this] { return now; });
+            return *manager;
+        }
+        // Ends the manager, its writes done, and reads what it left.
+        QVariant stored(const QString &key)
+        {
+            manager.reset();
+            return store()->value(key);
+        }
+    };
+
+    // 23:30 on a Saturday in India, 18:00 in UTC.
+    static QDateTime saturdayNight()
+    {
+        return QDateTime(QDate(2026, 11, 21), QTime(23, 30), QTimeZone("Asia/Kolkata"));
+    }
+
 private slots:
     void init()
     {
@@ -107,6 +175,7 @@ private slots:
         m_ingest->scriptDefault({200, "{}"});
         m_log.clear();
         QFile::remove(cacheFile());
+        QDir(m_folder.filePath(u"config"_s)).removeRecursively();
     }
 
     void cleanup()
@@ -342,8 +411,15 @@ private slots:
         QTRY_VERIFY(TelemetryManager::shared()->configuration()->sessionID() != before);
         TelemetryManager::shared()->signalManager().attemptToSendNextBatchOfCachedSignals();
         QTRY_COMPARE(m_ingest->requestBodies().size(), 1);
-        const QJsonValue sent = QJsonDocument::fromJson(m_ingest->requestBodies()[0]).array()[0];
-        QCOMPARE(sent[u"type"_s].toString(), u"TelemetryDeck.Session.started"_s);
+        // A store without sessions is a new installation.
+        QCOMPARE(receivedTypes(*m_ingest),
+                 QList<QStringList>({{u"TelemetryDeck.Acquisition.newInstallDetected"_s,
+                                      u"TelemetryDeck.Session.started"_s}}));
+        const QJsonArray batch = QJsonDocument::fromJson(m_ingest->requestBodies()[0]).array();
+        const QString today = QDate::currentDate().toString(Qt::ISODate);
+        QCOMPARE(batch[0][u"payload"_s][u"TelemetryDeck.Acquisition.firstSessionDate"_s], today);
+        QCOMPARE(TelemetryDeck::customDefaults()->value(u"firstSessionDate"_s), today);
+        const QJsonValue sent = batch[1];
         const QString session = sent[u"sessionID"_s].toString();
         QCOMPARE(session, session.toUpper());
         QCOMPARE(QUuid(session), TelemetryManager::shared()->configuration()->sessionID());
@@ -396,6 +472,260 @@ private slots:
             dayWeekendHourWeekQuarter);
     }
 
+    void sessionsOfASecondOrMoreAreKept_data()
+    {
+        QTest::addColumn<int>("milliseconds");
+        QTest::addColumn<int>("keptSeconds");
+        QTest::newRow("0.6 s") << 600 << -1;
+        QTest::newRow("1.0 s") << 1000 << 1;
+        QTest::newRow("2.9 s") << 2900 << 2;
+    }
+
+    void sessionsOfASecondOrMoreAreKept()
+    {
+        QFETCH(int, milliseconds);
+        QFETCH(int, keptSeconds);
+        SessionRig rig(m_folder.filePath(u"sessions.ini"_s), saturdayNight());
+        rig.start().startNewSession();
+        rig.now = rig.now.addMSecs(milliseconds);
+        rig.manager->didResignActive();
+        rig.now = rig.now.addSecs(60); // inactive time does not count
+        rig.manager->willBecomeActive();
+        rig.manager->didResignActive();
+        QCOMPARE(rig.announced.size(), 1); // the first session of an empty store
+        const auto kept = StoredSession::decode(rig.stored(u"recentSessions"_s).toByteArray());
+        QCOMPARE(kept.isEmpty(), keptSeconds < 0);
+        if (keptSeconds >= 0)
+            QCOMPARE(kept, (QList<StoredSession>{{saturdayNight(), keptSeconds}}));
+    }
+
+    void onlyAnEmptyHistoryIsANewInstallation()
+    {
+        SessionRig rig(m_folder.filePath(u"install.ini"_s), saturdayNight());
+        rig.start().startNewSession();
+        QCOMPARE(rig.announced,
+                 (QList<QMap<QString, QString>>{
+                     {{u"TelemetryDeck.Acquisition.firstSessionDate"_s, u"2026-11-21"_s}}}));
+        rig.now = rig.now.addSecs(5);
+        rig.manager->didResignActive();
+        QCOMPARE(rig.stored(u"firstSessionDate"_s), u"2026-11-21"_s);
+        rig.now = rig.now.addDays(1);
+        rig.start().startNewSession();
+        QCOMPARE(rig.announced.size(), 1);
+    }
+
+    // What start-up keeps of a prepared store: 90 days of sessions, one entry a day.
+    void startUpPrunesAndCountsDays_data()
+    {
+        QTest::addColumn<QList<int>>("daysAgo");
+        QTest::addColumn<QVariant>("deletedBefore");
+        QTest::addColumn<QStringList>("daysBefore");
+        QTest::addColumn<int>("kept");
+        QTest::addColumn<qint64>("deletedAfter");
+        QTest::addColumn<int>("daysAfter");
+        const qint64 most = std::numeric_limits<qint64>::max();
+        QTest::newRow("91 days ago goes, 89 stays")
+            << QList<int>{91, 89} << QVariant(3) << QStringList{} << 1 << qint64(4) << 1;
+        QTest::newRow("second launch of the day")
+            << QList<int>{1} << QVariant() << QStringList{u"2026-11-20"_s, u"2026-11-21"_s} << 1
+            << qint64(0) << 2;
+        QTest::newRow("a count at the integer's end")
+            << QList<int>{100, 95} << QVariant(most - 1) << QStringList{} << 0 << most << 1;
+        QTest::newRow("a count that is no number")
+            << QList<int>{95} << QVariant(u"many"_s) << QStringList{} << 0 << qint64(1) << 1;
+        QTest::newRow("a session in the future stays")
+            << QList<int>{-400} << QVariant() << QStringList{} << 1 << qint64(0) << 1;
+    }
+
+    void startUpPrunesAndCountsDays()
+    {
+        QFETCH(QList<int>, daysAgo);
+        QFETCH(QVariant, deletedBefore);
+        QFETCH(QStringList, daysBefore);
+        SessionRig rig(m_folder.filePath(u"prune.ini"_s), saturdayNight());
+        QList<StoredSession> sessions;
+        for (int days : daysAgo)
+            sessions.append({rig.now.addDays(-days), 60});
+        rig.store()->setValue(u"recentSessions"_s, StoredSession::encode(sessions));
+        if (deletedBefore.isValid())
+            rig.store()->setValue(u"deletedSessionsCount"_s, deletedBefore);
+        rig.store()->setValue(u"distinctDaysUsed"_s, daysBefore);
+        QTEST(int(rig.start().recentSessions().size()), "kept");
+        QTEST(rig.stored(u"deletedSessionsCount"_s).toLongLong(), "deletedAfter");
+        const QStringList days = rig.store()->value(u"distinctDaysUsed"_s).toStringList();
+        QTEST(int(days.size()), "daysAfter");
+        QCOMPARE(days.last(), u"2026-11-21"_s);
+    }
+
+    void retentionKeysFromTheStore_data()
+    {
+        QTest::addColumn<bool>("prepared");
+        // firstSessionDate, averageSessionSeconds, distinctDaysUsed, distinctDaysUsedLastMonth,
+        // totalSessionsCount, previousSessionSeconds
+        QTest::addColumn<QStringList>("values");
+        QTest::newRow("prepared") << true << QStringList{u"2026-01-02"_s, u"40"_s, u"5"_s,
+                                                         u"3"_s,          u"10"_s, u"50"_s};
+        QTest::newRow("empty") << false << QStringList{u"2026-11-22"_s, u"0"_s, u"1"_s,
+                                                       u"1"_s,          u"0"_s, u"absent"_s};
+    }
+
+    void retentionKeysFromTheStore()
+    {
+        QFETCH(bool, prepared);
+        // 02:00 on Sunday in India is still Saturday in UTC: dates follow the user's zone.
+        const QDateTime now(QDate(2026, 11, 22), QTime(2, 0), QTimeZone("Asia/Kolkata"));
+        SessionRig rig(m_folder.filePath(u"retention.ini"_s), now);
+        if (prepared) {
+            const auto store = rig.store();
+            store->setValue(u"recentSessions"_s, StoredSession::encode({{now.addDays(-3), 30},
+                                                                        {now.addDays(-2), 50},
+                                                                        {now.addDays(-1), 100}}));
+            store->setValue(u"deletedSessionsCount"_s, 7);
+            store->setValue(u"firstSessionDate"_s, u"2026-01-02"_s);
+            // 30 days before is 2026-10-23 in India; today joins the list at start-up.
+            store->setValue(u"distinctDaysUsed"_s, QStringList{u"2026-09-01"_s, u"2026-10-22"_s,
+                                                               u"2026-10-23"_s, u"2026-11-20"_s});
+        }
+        const auto keys = rig.start().retentionParameters(now);
+        const QString acquisition = u"TelemetryDeck.Acquisition."_s;
+        const QString retention = u"TelemetryDeck.Retention."_s;
+        QTEST((QStringList{keys.value(acquisition + u"firstSessionDate"_s),
+                           keys.value(retention + u"averageSessionSeconds"_s),
+                           keys.value(retention + u"distinctDaysUsed"_s),
+                           keys.value(retention + u"distinctDaysUsedLastMonth"_s),
+                           keys.value(retention + u"totalSessionsCount"_s),
+                           keys.value(retention + u"previousSessionSeconds"_s, u"absent"_s)}),
+              "values");
+    }
+
+    // Whatever the store holds, start-up reads it as an empty history and goes on.
+    void unreadableStoreValuesCountAsNothing_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("history not JSON") << u"recentSessions"_s << QVariant(QByteArray("[{"));
+        QTest::newRow("history an object")
+            << u"recentSessions"_s << QVariant(QByteArray(R"({"st":1,"dn":2})"));
+        QTest::newRow("history with a text date")
+            << u"recentSessions"_s << QVariant(QByteArray(R"([{"st":"today","dn":2}])"));
+        QTest::newRow("history with a huge date")
+            << u"recentSessions"_s << QVariant(QByteArray(R"([{"st":1e300,"dn":2}])"));
+        QTest::newRow("history a number") << u"recentSessions"_s << QVariant(12);
+        QTest::newRow("first date a list")
+            << u"firstSessionDate"_s << QVariant(QStringList{u"a"_s, u"b"_s});
+        QTest::newRow("days a number") << u"distinctDaysUsed"_s << QVariant(3.5);
+    }
+
+    void unreadableStoreValuesCountAsNothing()
+    {
+        QFETCH(QString, key);
+        QFETCH(QVariant, value);
+        SessionRig rig(m_folder.filePath(u"unreadable.ini"_s), saturdayNight());
+        rig.store()->setValue(key, value);
+        const auto keys = rig.start().retentionParameters(rig.now);
+        QCOMPARE(keys.value(u"TelemetryDeck.Retention.totalSessionsCount"_s), u"0"_s);
+        QCOMPARE(keys.value(u"TelemetryDeck.Acquisition.firstSessionDate"_s), u"2026-11-21"_s);
+        QCOMPARE(keys.value(u"TelemetryDeck.Retention.distinctDaysUsed"_s), u"1"_s);
+        rig.manager->startNewSession();
+        QCOMPARE(rig.announced.size(), 1);
+    }
+
+    void durationLeavesOutInactiveTime_data()
+    {
+        QTest::addColumn<bool>("includeBackgroundTime");
+        QTest::addColumn<double>("seconds");
+        QTest::newRow("active time only") << false << 15.0;
+        QTest::newRow("with inactive time") << true << 75.0;
+    }
+
+    void durationLeavesOutInactiveTime()
+    {
+        QFETCH(bool, includeBackgroundTime);
+        QDateTime now = saturdayNight();
+        DurationSignalTracker tracker([&now] { return now; });
+        tracker.startTracking(u"read"_s, {{u"tab"_s, u"Today"_s}}, includeBackgroundTime);
+        now = now.addSecs(10);
+        tracker.didResignActive();
+        now = now.addSecs(60);
+        tracker.willBecomeActive();
+        now = now.addSecs(5);
+        const auto elapsed = tracker.stopTracking(u"read"_s);
+        QVERIFY(elapsed);
+        QTEST(elapsed->seconds, "seconds");
+        QCOMPARE(elapsed->parameters.value(u"tab"_s), u"Today"_s);
+        QVERIFY(!tracker.stopTracking(u"read"_s));
+    }
+
+    void durationText_data()
+    {
+        QTest::addColumn<double>("seconds");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("rounded down") << 2.34567 << u"2.345"_s;
+        QTest::newRow("whole") << 15.0 << u"15.0"_s;
+        QTest::newRow("under a millisecond") << 0.0009 << u"0.0"_s;
+    }
+
+    void durationText()
+    {
+        QFETCH(double, seconds);
+        QTEST(DurationSignalTracker::durationText(seconds), "text");
+    }
+
+    void durationSignalsCarryTheirSeconds()
+    {
+        auto config = configuration();
+        config->sendNewSessionBeganSignal.set(false);
+        config->sessionStatsEnabled.set(false);
+        TelemetryDeck::initialize(config);
+        TelemetryDeck::startDurationSignal(u"read"_s, {{u"tab"_s, u"Today"_s}});
+        TelemetryDeck::startDurationSignal(u"dropped"_s);
+        TelemetryDeck::cancelDurationSignal(u"dropped"_s);
+        TelemetryDeck::stopAndSendDurationSignal(u"dropped"_s);
+        TelemetryDeck::stopAndSendDurationSignal(u"never started"_s);
+        TelemetryDeck::stopAndSendDurationSignal(u"read"_s, {{u"rows"_s, u"3"_s}});
+        auto &sender = TelemetryManager::shared()->signalManager();
+        QTRY_VERIFY(
+            (sender.attemptToSendNextBatchOfCachedSignals(), !m_ingest->requestBodies().isEmpty()));
+        QTest::qWait(200);
+        sender.attemptToSendNextBatchOfCachedSignals();
+        QTest::qWait(200);
+        QCOMPARE(receivedTypes(*m_ingest), QList<QStringList>{{u"read"_s}});
+        const QJsonValue payload =
+            QJsonDocument::fromJson(m_ingest->requestBodies()[0]).array()[0][u"payload"_s];
+        QCOMPARE(payload[u"tab"_s], u"Today"_s);
+        QCOMPARE(payload[u"rows"_s], u"3"_s);
+        bool isNumber = false;
+        payload[u"TelemetryDeck.Signal.durationInSeconds"_s].toString().toDouble(&isNumber);
+        QVERIFY(isNumber);
+    }
+
+    // The desktop's settings, from a portal on the test's own session bus.
+    void accessibilityFollowsThePortal()
+    {
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        if (!bus.isConnected())
+            QSKIP("needs a session bus (the test runs under dbus-run-session)");
+        FakePortal portal;
+        QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
+                                   QDBusConnection::ExportAllSlots |
+                                       QDBusConnection::ExportAllSignals));
+        QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+        const auto unregister = qScopeGuard([&] {
+            bus.unregisterService(u"org.freedesktop.portal.Desktop"_s);
+            bus.unregisterObject(u"/org/freedesktop/portal/desktop"_s);
+        });
+        DesktopAccessibility desktop;
+        QTRY_VERIFY(desktop.reduceMotion());
+        QTRY_VERIFY(desktop.invertColors());
+        emit portal.SettingChanged(u"org.gnome.desktop.interface"_s, u"enable-animations"_s,
+                                   QDBusVariant(true));
+        QTRY_VERIFY(!desktop.reduceMotion());
+        emit portal.SettingChanged(u"org.kde.kdeglobals.KDE"_s, u"AnimationDurationFactor"_s,
+                                   QDBusVariant(0.0));
+        QTRY_VERIFY(desktop.reduceMotion());
+        QVERIFY(desktop.invertColors());
+    }
+
     // Eight threads send while the timer and immediate syncs send: each signal arrives once.
     void everySignalArrivesOnceUnderLoad()
     {
@@ -403,6 +733,7 @@ private slots:
         constexpr int perThread = 1250;
         auto config = configuration();
         config->sendNewSessionBeganSignal.set(false);
+        config->sessionStatsEnabled.set(false);
         config->logHandler.set(std::nullopt);
         TelemetryDeck::initialize(config);
         QList<QThread *> senders;
