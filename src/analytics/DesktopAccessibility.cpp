@@ -51,7 +51,7 @@ DesktopAccessibility::DesktopAccessibility(QObject *parent)
     if (!bus.isConnected())
         return;
     bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"),
-                this, SLOT(settingChanged(QString, QString, QDBusVariant)));
+                this, SLOT(settingChanged(QDBusMessage)));
     for (const Setting &setting : {gnomeAnimations, kdeAnimationSpeed, gnomeInversion}) {
         const QString group = QString::fromLatin1(setting.group);
         const QString key = QString::fromLatin1(setting.key);
@@ -69,10 +69,11 @@ DesktopAccessibility::DesktopAccessibility(QObject *parent)
     }
 }
 
-void DesktopAccessibility::settingChanged(const QString &group, const QString &key,
-                                          const QDBusVariant &value)
+void DesktopAccessibility::settingChanged(const QDBusMessage &change)
 {
-    take(group, key, value.variant());
+    const QList<QVariant> arguments = change.arguments();
+    if (arguments.size() == 3)
+        take(arguments[0].toString(), arguments[1].toString(), arguments[2]);
 }
 
 void DesktopAccessibility::take(const QString &group, const QString &key, const QVariant &value)

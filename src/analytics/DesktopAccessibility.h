@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QObject>
 
 // The desktop's reduced-motion and inverted-colour settings, as the XDG desktop portal publishes
@@ -19,7 +19,8 @@ public:
     bool invertColors() const { return m_invertColors; }
 
 private slots:
-    void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+    // A message rather than typed arguments: the connection then needs no registered types.
+    void settingChanged(const QDBusMessage &change);
 
 private:
     void take(const QString &group, const QString &key, const QVariant &value);

@@ -11,6 +11,7 @@
 #include <mutex>
 #include <QDBusConnection>
 #include <QDBusContext>
+#include <QDBusVariant>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTemporaryDir>
@@ -702,18 +703,18 @@ private slots:
     // The desktop's settings, from a portal on the test's own session bus.
     void accessibilityFollowsThePortal()
     {
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        if (!bus.isConnected())
+        if (!QDBusConnection::sessionBus().isConnected())
             QSKIP("needs a session bus (the test runs under dbus-run-session)");
+        // A connection of its own, as the portal's process would have.
+        QDBusConnection bus =
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
+        const auto disconnect =
+            qScopeGuard([] { QDBusConnection::disconnectFromBus(u"portal"_s); });
         FakePortal portal;
         QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
                                    QDBusConnection::ExportAllSlots |
                                        QDBusConnection::ExportAllSignals));
         QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
-        const auto unregister = qScopeGuard([&] {
-            bus.unregisterService(u"org.freedesktop.portal.Desktop"_s);
-            bus.unregisterObject(u"/org/freedesktop/portal/desktop"_s);
-        });
         DesktopAccessibility desktop;
         QTRY_VERIFY(desktop.reduceMotion());
         QTRY_VERIFY(desktop.invertColors());
