@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <QCoreApplication>
 
 using namespace std::chrono_literals;
 
@@ -38,9 +37,9 @@ SessionManager::SessionManager(Store store, Announce announce, Clock clock)
     m_sessionDurationUpdater.setInterval(1s);
     connect(&m_sessionDurationUpdater, &QTimer::timeout, this,
             &SessionManager::updateSessionDuration);
+    // One thread: the writes land in the order they were asked for.
     m_persistenceQueue.setObjectName(QStringLiteral("seprior.sessionmanager.persistence"));
-    m_writer.moveToThread(&m_persistenceQueue);
-    m_persistenceQueue.start();
+    m_persistenceQueue.setMaxThreadCount(1);
 
     if (const std::unique_ptr<QSettings> stored = m_store()) {
         const QByteArray history = stored->value(recentSessionsKey).toByteArray();
@@ -68,20 +67,11 @@ SessionManager::SessionManager(Store store, Announce announce, Clock clock)
 
     followApplicationActivation(
         this, [this](bool active) { active ? willBecomeActive() : didResignActive(); });
-    if (QCoreApplication *application = QCoreApplication::instance())
-        connect(application, &QObject::destroyed, this, [this] { stopPersistence(); });
 }
 
 SessionManager::~SessionManager()
 {
-    stopPersistence();
-}
-
-void SessionManager::stopPersistence()
-{
-    // Behind the writes already queued, which are therefore done when the thread ends.
-    QMetaObject::invokeMethod(&m_writer, [] { QThread::currentThread()->quit(); });
-    m_persistenceQueue.wait();
+    m_persistenceQueue.waitForDone();
 }
 
 void SessionManager::startNewSession()
@@ -169,7 +159,7 @@ void SessionManager::updateDistinctDaysUsed(QSettings &store)
 void SessionManager::persist(const QString &key, const QVariant &value)
 {
     // QSettings replaces the file through QSaveFile: a kill mid-write leaves the old one.
-    QMetaObject::invokeMethod(&m_writer, [store = m_store, key, value] {
+    m_persistenceQueue.start([store = m_store, key, value] {
         if (const std::unique_ptr<QSettings> settings = store())
             settings->setValue(key, value);
     });

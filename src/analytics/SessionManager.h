@@ -9,7 +9,7 @@
 #include <QObject>
 #include <QSettings>
 #include <QStringList>
-#include <QThread>
+#include <QThreadPool>
 #include <QTimer>
 
 // How long the application is used: a rolling 90-day history of sessions, counting only the
@@ -42,7 +42,6 @@ public:
 
 private:
     void beginSession();
-    void stopPersistence();
     void updateSessionDuration();
     void persistCurrentSessionIfNeeded();
     void stopSessionTimer();
@@ -63,6 +62,5 @@ private:
     double m_currentSessionDuration = 0;
     std::optional<QDateTime> m_sessionDurationLastUpdatedAt;
     QTimer m_sessionDurationUpdater;
-    QThread m_persistenceQueue;
-    QObject m_writer; // lives on m_persistenceQueue
+    QThreadPool m_persistenceQueue;
 };

@@ -10,6 +10,7 @@
 #include <QDBusReply>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QProcess>
@@ -493,11 +494,51 @@ private slots:
     {
         const QString log = m_home.filePath(u"ingest.jsonl"_s);
         const QString cacheFile = m_home.filePath(u"cache/ZelMenuBar/telemetrysignalcache"_s);
-        QFile::remove(cacheFile); // what earlier runs left
+        // What earlier runs left: queued signals, and the store that remembers sessions.
+        QFile::remove(cacheFile);
+        const QDir config(m_home.filePath(u"config/ZelMenuBar"_s));
+        for (const QString &store : config.entryList({u"seprior.*"_s}))
+            QVERIFY(QFile::remove(config.filePath(store)));
         QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s, u"--ingest-log"_s, log}));
         QVERIFY(startWatcher());
         QVERIFY(startApp());
+        // A session counts the time the popover has the focus: a second and a half of it.
+        QString item;
+        QTRY_VERIFY_WITH_TIMEOUT(!(item = registeredItem()).isEmpty(), 15000);
+        callItem(item, u"Activate"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        QTest::qWait(1500);
+        callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!ingestBatches(log).isEmpty(), 15000);
+        // Every key of the default metadata, in every record.
+        const QStringList metadata =
+            uR"(platform systemVersion majorSystemVersion majorMinorSystemVersion appVersion
+            buildNumber isSimulator isDebug isTestFlight isAppStore modelName architecture
+            operatingSystem targetEnvironment locale region appLanguage preferredLanguage
+            telemetryClientVersion TelemetryDeck.AppInfo.buildNumber TelemetryDeck.AppInfo.version
+            TelemetryDeck.AppInfo.versionAndBuildNumber TelemetryDeck.Device.architecture
+            TelemetryDeck.Device.modelName TelemetryDeck.Device.operatingSystem
+            TelemetryDeck.Device.orientation TelemetryDeck.Device.platform
+            TelemetryDeck.Device.screenResolutionHeight TelemetryDeck.Device.screenResolutionWidth
+            TelemetryDeck.Device.screenScaleFactor TelemetryDeck.Device.systemMajorMinorVersion
+            TelemetryDeck.Device.systemMajorVersion TelemetryDeck.Device.systemVersion
+            TelemetryDeck.Device.timeZone TelemetryDeck.RunContext.isAppStore
+            TelemetryDeck.RunContext.isDebug TelemetryDeck.RunContext.isSimulator
+            TelemetryDeck.RunContext.isTestFlight TelemetryDeck.RunContext.language
+            TelemetryDeck.RunContext.locale TelemetryDeck.RunContext.targetEnvironment
+            TelemetryDeck.SDK.name TelemetryDeck.SDK.nameAndVersion TelemetryDeck.SDK.version
+            TelemetryDeck.UserPreference.colorScheme TelemetryDeck.UserPreference.language
+            TelemetryDeck.UserPreference.layoutDirection TelemetryDeck.UserPreference.region
+            TelemetryDeck.Accessibility.isReduceMotionEnabled
+            TelemetryDeck.Accessibility.isInvertColorsEnabled TelemetryDeck.Calendar.dayOfMonth
+            TelemetryDeck.Calendar.dayOfWeek TelemetryDeck.Calendar.dayOfYear
+            TelemetryDeck.Calendar.weekOfYear TelemetryDeck.Calendar.isWeekend
+            TelemetryDeck.Calendar.monthOfYear TelemetryDeck.Calendar.quarterOfYear
+            TelemetryDeck.Calendar.hourOfDay TelemetryDeck.Acquisition.firstSessionDate
+            TelemetryDeck.Retention.averageSessionSeconds TelemetryDeck.Retention.distinctDaysUsed
+            TelemetryDeck.Retention.distinctDaysUsedLastMonth
+            TelemetryDeck.Retention.totalSessionsCount)"_s.simplified()
+                .split(u' ');
         const QJsonArray first = ingestBatches(log).first();
         QStringList types;
         for (const QJsonValue record : first) {
@@ -509,8 +550,13 @@ private slots:
             const QString session = record[u"sessionID"_s].toString();
             QVERIFY(!QUuid(session).isNull());
             QCOMPARE(session, session.toUpper());
+            const QJsonObject payload = record[u"payload"_s].toObject();
+            for (const QString &key : metadata)
+                QVERIFY2(!payload[key].toString().isEmpty(), qPrintable(key));
         }
-        QCOMPARE(types, (QStringList{u"app.launched"_s, u"TelemetryDeck.Session.started"_s}));
+        QCOMPARE(types,
+                 (QStringList{u"app.launched"_s, u"TelemetryDeck.Acquisition.newInstallDetected"_s,
+                              u"TelemetryDeck.Session.started"_s}));
         stop(m_app);
 
         // An ingest that fails: what is pending at SIGTERM waits on disk for the next run.
@@ -523,7 +569,13 @@ private slots:
         setIngestStatus(200);
         QVERIFY(startApp());
         QTRY_COMPARE_WITH_TIMEOUT(ingestBatches(log).size(), 2, 15000);
-        QCOMPARE(ingestBatches(log).last().size(), 4); // two kept, two new
+        // Two kept, two new; the session of the first launch means no new installation.
+        QStringList laterTypes;
+        const QList<QJsonArray> batches = ingestBatches(log);
+        for (const QJsonValue record : batches.last())
+            laterTypes.append(record[u"type"_s].toString());
+        QCOMPARE(laterTypes, (QStringList{u"app.launched"_s, u"TelemetryDeck.Session.started"_s,
+                                          u"app.launched"_s, u"TelemetryDeck.Session.started"_s}));
         QVERIFY(!QFile::exists(cacheFile));
     }
 
