@@ -1,21 +1,34 @@
+#include "CryptoHashing.h"
 #include "SignalPostBody.h"
 #include "TelemetryDeck.h"
 #include "TelemetryManagerConfiguration.h"
 
 #include <benchmark/benchmark.h>
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QThreadPool>
 
 namespace {
 
 // The main thread's share of one signal: the facade's checks, then the hop that reads the
-// metadata and hands the record to a pool thread.
+// metadata (screen, desktop settings, calendar, retention) and hands the record on. The argument
+// is the number of days of use already in the store.
 void BM_SignalOnMainThread(benchmark::State &state)
 {
     QTemporaryDir folder;
+    QStringList days;
+    for (int day = 0; day < state.range(0); ++day)
+        days.append(QDate(2000, 1, 1).addDays(day).toString(Qt::ISODate));
+    {
+        QSettings store(
+            folder.filePath(QStringLiteral("seprior.") +
+                            CryptoHashing::sha256(QStringLiteral("BENCH"), QString()).right(12)),
+            QSettings::IniFormat);
+        store.setValue(QStringLiteral("distinctDaysUsed"), days);
+    }
     auto configuration = std::make_shared<TelemetryManagerConfiguration>(
         QStringLiteral("BENCH"), QString(), QUrl(QStringLiteral("http://127.0.0.1:9/")));
     configuration->cacheDirectory.set(folder.path());
@@ -31,7 +44,7 @@ void BM_SignalOnMainThread(benchmark::State &state)
     QThreadPool::globalInstance()->waitForDone();
     TelemetryDeck::terminate();
 }
-BENCHMARK(BM_SignalOnMainThread)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SignalOnMainThread)->Arg(0)->Arg(100'000)->Unit(benchmark::kMicrosecond);
 
 void BM_EncodeBatchOf100(benchmark::State &state)
 {
@@ -57,7 +70,10 @@ BENCHMARK(BM_EncodeBatchOf100)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv);
+    // Screens and palettes as the app has them, without a display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -6,6 +6,7 @@
 #include "TelemetryManagerConfiguration.h"
 #include "TelemetryManagerStorage.h"
 
+#include <mutex>
 #include <QFile>
 #include <QGuiApplication>
 #include <QLocale>
@@ -177,10 +178,27 @@ QMap<QString, QString> DefaultSignalPayload::accessibilityParameters()
 }
 
 QMap<QString, QString>
-DefaultSignalPayload::parameters(const TelemetryManagerConfiguration &configuration)
+DefaultSignalPayload::deviceParameters(const TelemetryManagerConfiguration &configuration)
 {
+    // The same for every signal of a run unless the configuration's version changes: built once.
+    struct Built {
+        QString version;
+        QString build;
+        QMap<QString, QString> keys;
+    };
+    static std::mutex lock;
+    static std::optional<Built> built;
     const QString version = configuration.appVersion.get();
     const QString build = configuration.buildNumber.get();
+    std::lock_guard locker(lock);
+    if (!built || built->version != version || built->build != build)
+        built = Built{version, build, buildDeviceParameters(version, build)};
+    return built->keys;
+}
+
+QMap<QString, QString> DefaultSignalPayload::buildDeviceParameters(const QString &version,
+                                                                   const QString &build)
+{
     const QString architecture = QSysInfo::currentCpuArchitecture();
     const QString locale = QLocale().name();
     const QString language = appLanguage();
@@ -194,8 +212,7 @@ DefaultSignalPayload::parameters(const TelemetryManagerConfiguration &configurat
     const QString isAppStore = QStringLiteral("true");
     const QString no = QStringLiteral("false");
     const QString model = modelName();
-    const QDateTime now = QDateTime::currentDateTime();
-    QMap<QString, QString> device{
+    return {
         {"platform", platform},
         {"systemVersion", system},
         {"majorSystemVersion", major},
@@ -238,13 +255,17 @@ DefaultSignalPayload::parameters(const TelemetryManagerConfiguration &configurat
         {"modelName", model},
         {"TelemetryDeck.Device.modelName", model},
         {"TelemetryDeck.Device.orientation", QStringLiteral("Fixed")},
-        {"TelemetryDeck.Device.timeZone", timeZone(now.offsetFromUtc())},
     };
-    device.insert(displayParameters());
-    device.insert(accessibilityParameters());
-    device.insert(calendarParameters(now));
+}
+
+QMap<QString, QString> DefaultSignalPayload::momentParameters(const QDateTime &now)
+{
+    QMap<QString, QString> keys = displayParameters();
+    keys.insert(QStringLiteral("TelemetryDeck.Device.timeZone"), timeZone(now.offsetFromUtc()));
+    keys.insert(accessibilityParameters());
+    keys.insert(calendarParameters(now));
     // No extension identifier on Linux. Signals only flow while a manager is in place.
     if (const auto manager = TelemetryManagerStorage::manager())
-        device.insert(manager->sessionManager().retentionParameters(now));
-    return device;
+        keys.insert(manager->sessionManager().retentionParameters(now));
+    return keys;
 }

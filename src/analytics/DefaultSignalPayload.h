@@ -6,13 +6,18 @@
 
 class TelemetryManagerConfiguration;
 
-// The metadata every signal carries about the application, the system and the user's locale.
-// Computed anew for each signal, on the main thread.
+// The metadata every signal carries: the application, the system, the user's locale and desktop,
+// the calendar moment and the usage history. What changes during a run is computed anew for each
+// signal on the main thread; the rest once.
 class DefaultSignalPayload {
 public:
     static inline const QString clientVersion = QStringLiteral("2.12.0");
 
-    static QMap<QString, QString> parameters(const TelemetryManagerConfiguration &configuration);
+    // The application's, the system's and the locale's keys: any thread.
+    static QMap<QString, QString>
+    deviceParameters(const TelemetryManagerConfiguration &configuration);
+    // Screen, desktop settings, time zone, calendar and retention as they are now: main thread.
+    static QMap<QString, QString> momentParameters(const QDateTime &now);
 
     // "Linux 6.1.0": the running kernel's major.minor.patch.
     static QString systemVersion();
@@ -33,4 +38,8 @@ public:
     static QString decimalText(double value);
     // Screen size and scale, colour scheme and layout direction: "N/A" without an application.
     static QMap<QString, QString> displayParameters();
+
+private:
+    static QMap<QString, QString> buildDeviceParameters(const QString &version,
+                                                        const QString &build);
 };

@@ -88,12 +88,14 @@ void SignalManager::processSignal(const QString &signalType,
             if (m_defaultUser.isEmpty())
                 m_defaultUser = defaultUserIdentifier(*configuration);
             const QString defaultUser = m_defaultUser;
-            const QMap<QString, QString> metadata =
-                DefaultSignalPayload::parameters(*configuration);
+            const QMap<QString, QString> moment =
+                DefaultSignalPayload::momentParameters(QDateTime::currentDateTime());
             QMetaObject::invokeMethod(
                 sender,
                 [=, cache = m_signalCache] {
-                    QMap<QString, QString> payload = metadata;
+                    QMap<QString, QString> payload =
+                        DefaultSignalPayload::deviceParameters(*configuration);
+                    payload.insert(moment);
                     for (const auto &enricher : configuration->metadataEnrichers.get())
                         payload.insert(enricher->enrich(signalType, customUserID, floatValue));
                     payload.insert(parameters); // the signal's own values win
