@@ -37,9 +37,6 @@ SessionManager::SessionManager(Store store, Announce announce, Clock clock)
     m_sessionDurationUpdater.setInterval(1s);
     connect(&m_sessionDurationUpdater, &QTimer::timeout, this,
             &SessionManager::updateSessionDuration);
-    // One thread: the writes land in the order they were asked for.
-    m_persistenceQueue.setObjectName(QStringLiteral("seprior.sessionmanager.persistence"));
-    m_persistenceQueue.setMaxThreadCount(1);
 
     if (const std::unique_ptr<QSettings> stored = m_store()) {
         const QByteArray history = stored->value(recentSessionsKey).toByteArray();
@@ -69,10 +66,7 @@ SessionManager::SessionManager(Store store, Announce announce, Clock clock)
         this, [this](bool active) { active ? willBecomeActive() : didResignActive(); });
 }
 
-SessionManager::~SessionManager()
-{
-    m_persistenceQueue.waitForDone();
-}
+SessionManager::~SessionManager() = default; // the worker finishes the writes asked for
 
 void SessionManager::startNewSession()
 {
@@ -159,7 +153,7 @@ void SessionManager::updateDistinctDaysUsed(QSettings &store)
 void SessionManager::persist(const QString &key, const QVariant &value)
 {
     // QSettings replaces the file through QSaveFile: a kill mid-write leaves the old one.
-    m_persistenceQueue.start([store = m_store, key, value] {
+    m_persistenceQueue.post([store = m_store, key, value] {
         if (const std::unique_ptr<QSettings> settings = store())
             settings->setValue(key, value);
     });

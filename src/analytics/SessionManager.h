@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SerialWorker.h"
 #include "StoredSession.h"
 
 #include <functional>
@@ -9,7 +10,6 @@
 #include <QObject>
 #include <QSettings>
 #include <QStringList>
-#include <QThreadPool>
 #include <QTimer>
 
 // How long the application is used: a rolling 90-day history of sessions, counting only the
@@ -62,5 +62,5 @@ private:
     double m_currentSessionDuration = 0;
     std::optional<QDateTime> m_sessionDurationLastUpdatedAt;
     QTimer m_sessionDurationUpdater;
-    QThreadPool m_persistenceQueue;
+    SerialWorker m_persistenceQueue{"seprior.sessionmanager.persistence"};
 };
