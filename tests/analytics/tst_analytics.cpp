@@ -1,3 +1,4 @@
+#include "CryptoHashing.h"
 #include "DefaultSignalPayload.h"
 #include "DesktopAccessibility.h"
 #include "DurationSignalTracker.h"
@@ -471,6 +472,27 @@ private slots:
                          keys.value(prefix + u"hourOfDay"_s), keys.value(prefix + u"weekOfYear"_s),
                          keys.value(prefix + u"quarterOfYear"_s)}),
             dayWeekendHourWeekQuarter);
+    }
+
+    // The string, then the salt, as UTF-8, hashed and written in lower-case hex.
+    void saltedHash_data()
+    {
+        QTest::addColumn<QString>("string");
+        QTest::addColumn<QString>("salt");
+        QTest::addColumn<QString>("digest");
+        QTest::newRow("u with salt s")
+            << u"u"_s << u"s"_s
+            << u"79adb2a2fce5c6ba215fe5f27f532d4e7edbac4b6a5e09e1ef3a08084a904621"_s;
+        QTest::newRow("beyond ASCII")
+            << u"é"_s << u"salt"_s
+            << u"8281ca018c53fbb321c14171dc66541a2748f2169b1b7d7f94d6bff291c57c62"_s;
+    }
+
+    void saltedHash()
+    {
+        QFETCH(QString, string);
+        QFETCH(QString, salt);
+        QTEST(CryptoHashing::sha256(string, salt), "digest");
     }
 
     void sessionsOfASecondOrMoreAreKept_data()
