@@ -57,16 +57,10 @@ bool MatchRowPresenter::isTossPhase(const ZelMatch &match)
 std::optional<QString> MatchRowPresenter::shortTossText(const ZelMatch &match)
 {
     const auto decision = match.tossDecision();
-    if (!decision)
+    const auto winner = match.tossWinnerCode();
+    if (!decision || !winner || winner->isEmpty())
         return std::nullopt;
-    const QString homeCode = match.battingCodeOf(match.homeTeamID);
-    const QString awayCode = match.battingCodeOf(match.awayTeamID);
-    const QString elected = QStringLiteral(" won, elected to ") + *decision;
-    if (match.tossDetails.contains(match.homeTeamName) && !homeCode.isEmpty())
-        return homeCode + elected;
-    if (match.tossDetails.contains(match.awayTeamName) && !awayCode.isEmpty())
-        return awayCode + elected;
-    return std::nullopt;
+    return *winner + QStringLiteral(" won, elected to ") + *decision;
 }
 
 QString MatchRowPresenter::centreText(const ZelMatch &match, const QTimeZone &zone,

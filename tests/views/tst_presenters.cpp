@@ -88,6 +88,10 @@ private slots:
         QTest::newRow("live before the first ball") << toss << "\U0001F534"
                                                     << "Toss"
                                                     << "STH won, elected to field";
+        QTest::newRow("live, toss won by the away side, no home name")
+            << with(toss, [](ZelMatch &m) { m.homeTeamName.clear(); }) << "\U0001F534"
+            << "Toss"
+            << "STH won, elected to field";
         QTest::newRow("live, toss text without a decision")
             << with(toss, [](ZelMatch &m) { m.tossDetails = "Southshore won the toss"; })
             << "\U0001F534"
