@@ -119,6 +119,15 @@ class AnalyticsTest : public QObject {
         return config;
     }
 
+    // Without the client's own session signals: only what the test sends arrives.
+    std::shared_ptr<TelemetryManagerConfiguration> quietConfiguration()
+    {
+        auto config = configuration();
+        config->sendNewSessionBeganSignal.set(false);
+        config->sessionStatsEnabled.set(false);
+        return config;
+    }
+
     QString cacheFile() const { return m_folder.filePath(u"cache/telemetrysignalcache"_s); }
 
     void writeCacheFile(const QByteArray &data)
@@ -336,10 +345,9 @@ private slots:
         QFETCH(QString, sentName);
         QFETCH(QString, sentKey);
         QFETCH(QStringList, warnings);
-        auto config = configuration();
+        auto config = quietConfiguration();
         config->defaultSignalPrefix.set(u"App."_s);
         config->defaultParameterPrefix.set(u"App."_s);
-        config->sendNewSessionBeganSignal.set(false);
         TelemetryDeck::initialize(config);
         TelemetryDeck::signal(name, {{key, u"v"_s}});
         auto &manager = TelemetryManager::shared()->signalManager();
@@ -378,8 +386,7 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QString, warning);
-        auto config = configuration();
-        config->sendNewSessionBeganSignal.set(false);
+        auto config = quietConfiguration();
         TelemetryDeck::initialize(config);
         TelemetryDeck::signal(name, {{name == u"ok"_s ? u"locale"_s : u"k"_s, u"v"_s}});
         QTRY_VERIFY(!m_log.lines().filter(u"Process signal"_s).isEmpty());
@@ -389,8 +396,7 @@ private slots:
     void syncRequestsAreThrottled()
     {
         QDateTime now = QDateTime::currentDateTimeUtc();
-        auto config = configuration();
-        config->sendNewSessionBeganSignal.set(false);
+        auto config = quietConfiguration();
         const auto manager = TelemetryManager::create(config, [&] { return now; });
         auto &signalManager = dynamic_cast<SignalManager &>(manager->signalManager());
         for (int n = 0; n < 300; ++n)
@@ -696,9 +702,7 @@ private slots:
 
     void durationSignalsCarryTheirSeconds()
     {
-        auto config = configuration();
-        config->sendNewSessionBeganSignal.set(false);
-        config->sessionStatsEnabled.set(false);
+        auto config = quietConfiguration();
         TelemetryDeck::initialize(config);
         TelemetryDeck::startDurationSignal(u"read"_s, {{u"tab"_s, u"Today"_s}});
         TelemetryDeck::startDurationSignal(u"dropped"_s);
@@ -754,9 +758,7 @@ private slots:
     {
         constexpr int threads = 8;
         constexpr int perThread = 1250;
-        auto config = configuration();
-        config->sendNewSessionBeganSignal.set(false);
-        config->sessionStatsEnabled.set(false);
+        auto config = quietConfiguration();
         config->logHandler.set(std::nullopt);
         TelemetryDeck::initialize(config);
         QList<QThread *> senders;
