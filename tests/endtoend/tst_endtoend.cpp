@@ -179,25 +179,45 @@ class EndToEndTest : public QObject {
         tieToTest(m_host);
         m_host.setProcessEnvironment(environment());
         m_host.start(u"status-notifier-watcher"_s);
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        if (!m_host.waitForStarted() ||
-            !QTest::qWaitFor(
-                // The watcher of the previous test may hold the name for a moment after it exits.
-                [&] {
-                    return bus.interface()
-                               ->servicePid(u"org.kde.StatusNotifierWatcher"_s)
-                               .value() == m_host.processId();
-                },
-                10000))
+        if (!m_host.waitForStarted())
             return false;
         // A watcher only counts a host that is present; this test plays the host.
+        QDBusConnection bus = QDBusConnection::sessionBus();
         const QString host =
             u"org.kde.StatusNotifierHost-%1"_s.arg(QCoreApplication::applicationPid());
         bus.registerService(host);
-        QDBusInterface watcher(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
-                               u"org.kde.StatusNotifierWatcher"_s, bus);
-        return watcher.call(u"RegisterStatusNotifierHost"_s, host).type() ==
-               QDBusMessage::ReplyMessage;
+        // The watcher takes its name before it exports its object, and the previous test's
+        // watcher may still hold the name for a moment: ask this one until it answers.
+        return QTest::qWaitFor(
+            [&] {
+                if (bus.interface()->servicePid(u"org.kde.StatusNotifierWatcher"_s).value() !=
+                    m_host.processId())
+                    return false;
+                QDBusInterface watcher(u"org.kde.StatusNotifierWatcher"_s,
+                                       u"/StatusNotifierWatcher"_s,
+                                       u"org.kde.StatusNotifierWatcher"_s, bus);
+                return watcher.call(u"RegisterStatusNotifierHost"_s, host).type() ==
+                       QDBusMessage::ReplyMessage;
+            },
+            10000);
+    }
+
+    // The app beside a StatusNotifierItem watcher: the item's bus name once it registered, else
+    // nothing.
+    QString startAppWithItem()
+    {
+        QString item;
+        const bool registered =
+            startWatcher() && startApp() &&
+            QTest::qWaitFor([&] { return !(item = registeredItem()).isEmpty(); }, 15000);
+        return registered ? item : QString();
+    }
+
+    // A click on the item, as a tray host sends it; whether the popover then shows.
+    bool activateToOpen(const QString &item)
+    {
+        callItem(item, u"Activate"_s);
+        return QTest::qWaitFor([&] { return popoverShown(); }, 5000);
     }
 
     QString registeredItem()
@@ -341,10 +361,8 @@ private slots:
     {
         // A ball every 10 s: the score moves between two of the app's 30-second refreshes.
         QVERIFY(startSim({u"--scenario"_s, u"live-second-innings"_s, u"--speed"_s, u"4"_s}));
-        QVERIFY(startWatcher());
-        QVERIFY(startApp());
-        QString item;
-        QTRY_VERIFY_WITH_TIMEOUT(!(item = registeredItem()).isEmpty(), 15000);
+        const QString item = startAppWithItem();
+        QVERIFY(!item.isEmpty());
         LabelWatch labels;
         QVERIFY(QDBusConnection::sessionBus().connect(
             item, u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, u"XAyatanaNewLabel"_s,
@@ -358,8 +376,7 @@ private slots:
         QVERIFY(firstTitle.startsWith(u"\U0001F3CF  "_s));
         QCOMPARE(itemProperty(item, u"XAyatanaLabel"_s).toString(), firstTitle.mid(4));
 
-        callItem(item, u"Activate"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        QVERIFY(activateToOpen(item));
         callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
 
@@ -453,17 +470,13 @@ private slots:
         });
 
         QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s}));
-        QVERIFY(startWatcher());
-        QVERIFY(startApp());
-        QString item;
-        QTRY_VERIFY_WITH_TIMEOUT(!(item = registeredItem()).isEmpty(), 15000);
-        callItem(item, u"Activate"_s); // at (600, 30)
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        const QString item = startAppWithItem();
+        QVERIFY(!item.isEmpty());
+        QVERIFY(activateToOpen(item)); // at (600, 30)
         QCOMPARE(popover(), QRect(QPoint(600 - 380 / 2, 30 + 1 + 4), QSize(380, 500)));
         run(u"xdotool"_s, {u"key"_s, u"Escape"_s});
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-        callItem(item, u"Activate"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        QVERIFY(activateToOpen(item));
         callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
     }
@@ -500,13 +513,10 @@ private slots:
         for (const QString &store : config.entryList({u"seprior.*"_s}))
             QVERIFY(QFile::remove(config.filePath(store)));
         QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s, u"--ingest-log"_s, log}));
-        QVERIFY(startWatcher());
-        QVERIFY(startApp());
         // A session counts the time the popover has the focus: a second and a half of it.
-        QString item;
-        QTRY_VERIFY_WITH_TIMEOUT(!(item = registeredItem()).isEmpty(), 15000);
-        callItem(item, u"Activate"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        const QString item = startAppWithItem();
+        QVERIFY(!item.isEmpty());
+        QVERIFY(activateToOpen(item));
         QTest::qWait(1500);
         callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!ingestBatches(log).isEmpty(), 15000);
@@ -582,12 +592,9 @@ private slots:
     void serviceFailureAndRecovery()
     {
         QVERIFY(startSim({u"--scenario"_s, u"live-first-innings"_s, u"--fail-rate"_s, u"1"_s}));
-        QVERIFY(startWatcher());
-        QVERIFY(startApp());
-        QString item;
-        QTRY_VERIFY_WITH_TIMEOUT(!(item = registeredItem()).isEmpty(), 15000);
-        callItem(item, u"Activate"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        const QString item = startAppWithItem();
+        QVERIFY(!item.isEmpty());
+        QVERIFY(activateToOpen(item));
         QTest::qWait(1000);
         run(u"import"_s, {u"-window"_s, u"root"_s,
                           QCoreApplication::applicationDirPath() + u"/e2e-service-failure.png"_s});
