@@ -37,8 +37,8 @@ void BM_UpdateStatusBar(benchmark::State &state)
     const League today = league(1000, "finished", 0);
     const League fixtures = league(1000, "upcoming", 1);
     for (auto _ : state) {
-        QString title = StatusTitle::compose({today.matches, today.starts},
-                                             {fixtures.matches, fixtures.starts}, now);
+        StatusTitle::Line title = StatusTitle::compose({today.matches, today.starts},
+                                                       {fixtures.matches, fixtures.starts}, now);
         benchmark::DoNotOptimize(title);
     }
 }

@@ -34,8 +34,9 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
 {
     connect(&m_statusItem, &StatusItem::leftClicked, this, &MenuBarController::togglePopover);
     connect(&m_statusItem, &StatusItem::rightClicked, this, &MenuBarController::showContextMenu);
-    connect(&m_vm, &TodayViewModel::statusBarTitleChanged, &m_statusItem, &StatusItem::setTitle);
-    m_statusItem.setTitle(m_vm.statusBarTitle());
+    connect(&m_vm, &TodayViewModel::statusBarTitleChanged, this,
+            [this] { m_statusItem.setTitle(m_vm.statusBarLine()); });
+    m_statusItem.setTitle(m_vm.statusBarLine());
     connect(&m_vm, &TodayViewModel::offlineChanged, this, &MenuBarController::showOfflineNote);
     connect(&m_vm, &TodayViewModel::lastUpdatedChanged, this, &MenuBarController::showOfflineNote);
     connect(&m_updater, &UpdateChecker::checked, this, &MenuBarController::showUpdateResult);

@@ -5,15 +5,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-StatusIconArt::State StatusIconArt::stateOf(const QString &title)
-{
-    if (title.contains(u"\U0001F534"_s))
-        return State::Live;
-    if (title.endsWith(u"Delayed"_s))
-        return State::Delayed;
-    return State::Quiet;
-}
-
 QImage StatusIconArt::bat(int side)
 {
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);

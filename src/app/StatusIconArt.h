@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StatusTitle.h"
+
 #include <QIcon>
 #include <QImage>
 #include <QString>
@@ -9,9 +11,8 @@
 // of date the dot is grey, whatever the title says.
 class StatusIconArt {
 public:
-    enum class State { Quiet, Live, Delayed };
+    using State = StatusTitle::State;
 
-    static State stateOf(const QString &title);
     static QImage bat(int side);
     static QIcon iconFor(State state, bool offline);
     static QColor dotColour(State state, bool offline); // invalid: no dot

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StatusTitle.h"
+
 #include <QObject>
 #include <QPoint>
 #include <QRect>
@@ -12,7 +14,7 @@ class StatusItem : public QObject {
 
 public:
     using QObject::QObject;
-    virtual void setTitle(const QString &title) = 0;
+    virtual void setTitle(const StatusTitle::Line &title) = 0;
     // Said after the title while today's data is out of date ("Offline · Updated 11:54");
     // empty while it is current.
     virtual void setOfflineNote(const QString &note) = 0;

@@ -18,7 +18,7 @@ const QString watcherService = u"org.kde.StatusNotifierWatcher"_s;
 StatusItemSwitch::StatusItemSwitch(DBusMenuExporter::EntrySource menuEntries, QObject *parent)
     : StatusItem(parent)
     , m_menuEntries(std::move(menuEntries))
-    , m_title(StatusTitle::bat)
+    , m_title{StatusTitle::bat}
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     m_watcher.setConnection(bus);
@@ -32,7 +32,7 @@ StatusItemSwitch::StatusItemSwitch(DBusMenuExporter::EntrySource menuEntries, QO
 
 StatusItemSwitch::~StatusItemSwitch() = default;
 
-void StatusItemSwitch::setTitle(const QString &title)
+void StatusItemSwitch::setTitle(const StatusTitle::Line &title)
 {
     m_title = title;
     m_backend->setTitle(title);

@@ -16,7 +16,7 @@ public:
     explicit StatusItemSwitch(DBusMenuExporter::EntrySource menuEntries, QObject *parent = nullptr);
     ~StatusItemSwitch() override;
 
-    void setTitle(const QString &title) override;
+    void setTitle(const StatusTitle::Line &title) override;
     void setOfflineNote(const QString &note) override;
 
 private:
@@ -26,6 +26,6 @@ private:
     QDBusServiceWatcher m_watcher;
     std::unique_ptr<StatusItem> m_backend;
     bool m_usesStatusNotifierItem = false;
-    QString m_title;
+    StatusTitle::Line m_title;
     QString m_offlineNote;
 };

@@ -79,11 +79,11 @@ QString StatusNotifierItem::labelOf(const QString &title)
     return label.trimmed();
 }
 
-void StatusNotifierItem::setTitle(const QString &title)
+void StatusNotifierItem::setTitle(const StatusTitle::Line &title)
 {
-    if (title == m_title)
+    if (title.text == m_title)
         return;
-    m_title = title;
+    m_title = title.text;
     emit XAyatanaNewLabel(label(), labelGuide());
     emit NewToolTip();
 }

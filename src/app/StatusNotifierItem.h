@@ -38,7 +38,7 @@ public:
                        QObject *parent = nullptr);
     ~StatusNotifierItem() override;
 
-    void setTitle(const QString &title) override;
+    void setTitle(const StatusTitle::Line &title) override;
     void setOfflineNote(const QString &note) override;
 
     // The title without its leading bat and the spaces after it.

@@ -8,7 +8,7 @@
 TrayIconStatusItem::TrayIconStatusItem(QObject *parent)
     : StatusItem(parent)
 {
-    m_title = StatusTitle::bat;
+    m_title = {StatusTitle::bat};
     show();
     connect(&m_icon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
@@ -22,7 +22,7 @@ TrayIconStatusItem::TrayIconStatusItem(QObject *parent)
     m_icon.show();
 }
 
-void TrayIconStatusItem::setTitle(const QString &title)
+void TrayIconStatusItem::setTitle(const StatusTitle::Line &title)
 {
     m_title = title;
     show();
@@ -36,12 +36,12 @@ void TrayIconStatusItem::setOfflineNote(const QString &note)
 
 void TrayIconStatusItem::show()
 {
-    QString tip = m_title;
+    QString tip = m_title.text;
     if (!m_offlineNote.isEmpty())
         tip += u'\n' + m_offlineNote;
     // As rich text that says exactly the plain text, so that no markup in it is ever drawn.
     m_icon.setToolTip(Qt::convertFromPlainText(tip, Qt::WhiteSpaceNoWrap));
-    const StatusIconArt::State state = StatusIconArt::stateOf(m_title);
+    const StatusTitle::State state = m_title.state;
     const bool offline = !m_offlineNote.isEmpty();
     if (m_icon.icon().isNull() || state != m_state || offline != m_offline) {
         m_state = state;

@@ -12,15 +12,15 @@ class TrayIconStatusItem : public StatusItem {
 
 public:
     explicit TrayIconStatusItem(QObject *parent = nullptr);
-    void setTitle(const QString &title) override;
+    void setTitle(const StatusTitle::Line &title) override;
     void setOfflineNote(const QString &note) override;
 
 private:
     void show();
 
     QSystemTrayIcon m_icon;
-    QString m_title;
+    StatusTitle::Line m_title;
     QString m_offlineNote;
-    StatusIconArt::State m_state = StatusIconArt::State::Quiet;
+    StatusTitle::State m_state = StatusTitle::State::Quiet;
     bool m_offline = false;
 };

@@ -34,22 +34,24 @@ qsizetype firstByStart(const StatusTitle::Schedule &schedule, const QList<qsizet
 
 } // namespace
 
-QString StatusTitle::compose(Schedule today, Schedule fixtures, const QDateTime &now)
+StatusTitle::Line StatusTitle::compose(Schedule today, Schedule fixtures, const QDateTime &now)
 {
     // The panel has one line, and room for a few words of it.
-    QString title = composeByRules(today, fixtures, now);
-    for (QChar &c : title) {
+    Line line = composeByRules(today, fixtures, now);
+    for (QChar &c : line.text) {
         if (c == u'\n' || c == u'\r')
             c = u' ';
     }
-    return boundedForDisplay(title, maximumLength);
+    line.text = boundedForDisplay(line.text, maximumLength);
+    return line;
 }
 
-QString StatusTitle::composeByRules(Schedule today, Schedule fixtures, const QDateTime &now)
+StatusTitle::Line StatusTitle::composeByRules(Schedule today, Schedule fixtures,
+                                              const QDateTime &now)
 {
     for (const ZelMatch &match : today.matches) {
         if (match.isLive())
-            return liveStatusBarText(match);
+            return {liveStatusBarText(match), State::Live};
     }
 
     const QDateTime dayStart = LeagueCalendar::startOfDay(now);
@@ -67,24 +69,25 @@ QString StatusTitle::composeByRules(Schedule today, Schedule fixtures, const QDa
     if (delayed >= 0) {
         const ZelMatch &m = today.matches[delayed];
         const bool codes = !m.homeTeamAPICode.isEmpty() && !m.awayTeamAPICode.isEmpty();
-        return prefix +
-               (codes ? m.homeTeamAPICode + QStringLiteral(" vs ") + m.awayTeamAPICode +
-                            QStringLiteral(" \u2022 ")
-                      : QString()) +
-               QStringLiteral("Delayed");
+        return {prefix +
+                    (codes ? m.homeTeamAPICode + QStringLiteral(" vs ") + m.awayTeamAPICode +
+                                 QStringLiteral(" \u2022 ")
+                           : QString()) +
+                    QStringLiteral("Delayed"),
+                State::Delayed};
     }
 
     const qsizetype next =
         firstByStart(today, ofToday, false, [](const ZelMatch &m) { return m.isUpcoming(); });
     if (next >= 0)
-        return prefix + countdown(*today.starts[next], now);
+        return {prefix + countdown(*today.starts[next], now)};
 
     const qsizetype finished =
         firstByStart(today, ofToday, true, [](const ZelMatch &m) { return m.isFinished(); });
     if (finished >= 0) {
         const QString comment = trimSpacesAndTabs(today.matches[finished].comments);
         if (!comment.isEmpty())
-            return prefix + comment;
+            return {prefix + comment};
     }
 
     QList<qsizetype> allFixtures(fixtures.matches.size());
@@ -92,9 +95,9 @@ QString StatusTitle::composeByRules(Schedule today, Schedule fixtures, const QDa
     const qsizetype fixture = firstByStart(fixtures, allFixtures, false,
                                            [](const ZelMatch &m) { return m.isUpcoming(); });
     if (fixture >= 0 && fixtures.starts[fixture])
-        return prefix + countdown(*fixtures.starts[fixture], now);
+        return {prefix + countdown(*fixtures.starts[fixture], now)};
 
-    return bat;
+    return {bat};
 }
 
 QString StatusTitle::liveStatusBarText(const ZelMatch &match)

@@ -14,6 +14,14 @@ public:
     static inline const QString prefix = bat + QStringLiteral("  ");
     static constexpr qsizetype maximumLength = 64;
 
+    // What the title reports, for icons that mark it: a live match, a delayed start, or neither.
+    enum class State { Quiet, Live, Delayed };
+    struct Line {
+        QString text;
+        State state = State::Quiet;
+        friend bool operator==(const Line &, const Line &) = default;
+    };
+
     // A list of matches together with their parsed start times, index for index.
     struct Schedule {
         const QList<ZelMatch> &matches;
@@ -22,7 +30,7 @@ public:
 
     // The first rule that applies: live, delayed, next start today, today's result, next
     // fixture, idle; on one line, cut to the maximum length.
-    static QString compose(Schedule today, Schedule fixtures, const QDateTime &now);
+    static Line compose(Schedule today, Schedule fixtures, const QDateTime &now);
 
     static QString liveStatusBarText(const ZelMatch &match);
     static QString shortScoreWithOvers(const QString &summary);
@@ -30,5 +38,5 @@ public:
     static QString countdown(const QDateTime &start, const QDateTime &now);
 
 private:
-    static QString composeByRules(Schedule today, Schedule fixtures, const QDateTime &now);
+    static Line composeByRules(Schedule today, Schedule fixtures, const QDateTime &now);
 };

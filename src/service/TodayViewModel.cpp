@@ -255,12 +255,12 @@ void TodayViewModel::prefetchLogos(const QList<ZelMatch> &list)
 
 void TodayViewModel::updateStatusBar()
 {
-    const QString title = StatusTitle::compose(
+    StatusTitle::Line line = StatusTitle::compose(
         {m_matches, m_matchStarts}, {m_fixtureMatches, m_fixtureStarts}, m_setup.clock());
-    if (title == m_statusBarTitle)
+    if (line == m_statusBar)
         return;
-    m_statusBarTitle = title;
-    emit statusBarTitleChanged(m_statusBarTitle);
+    m_statusBar = std::move(line);
+    emit statusBarTitleChanged(m_statusBar.text);
 }
 
 std::chrono::milliseconds TodayViewModel::autoRefreshInterval() const

@@ -77,7 +77,9 @@ public:
     const QString &error() const { return m_error; }
     const QString &fixturesError() const { return m_fixturesError; }
     const QString &resultsError() const { return m_resultsError; }
-    const QString &statusBarTitle() const { return m_statusBarTitle; }
+    const QString &statusBarTitle() const { return m_statusBar.text; }
+    // The title with what it reports (live, delayed, neither); changes with the title.
+    const StatusTitle::Line &statusBarLine() const { return m_statusBar; }
     const QDateTime &lastUpdated() const { return m_lastUpdated; }
     QString competitionName() const { return QStringLiteral("Zel 2026"); }
     const ScorecardMap &scorecards() const { return m_scorecards; }
@@ -153,7 +155,7 @@ private:
     QString m_error;
     QString m_fixturesError;
     QString m_resultsError;
-    QString m_statusBarTitle = StatusTitle::bat;
+    StatusTitle::Line m_statusBar{StatusTitle::bat};
     QDateTime m_lastUpdated;
     ScorecardMap m_scorecards;
     ErrorMap m_scorecardErrors;

@@ -87,26 +87,6 @@ private slots:
         QCOMPARE(StatusNotifierItem::labelOf(title), label);
     }
 
-    void iconState_data()
-    {
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<int>("state");
-        QTest::addRow("idle") << u"\U0001F3CF"_s << int(StatusIconArt::State::Quiet);
-        QTest::addRow("live") << u"\U0001F3CF  NTH \U0001F534 45/2 (6.3)"_s
-                              << int(StatusIconArt::State::Live);
-        QTest::addRow("delayed") << u"\U0001F3CF  NTH vs STH \u2022 Delayed"_s
-                                 << int(StatusIconArt::State::Delayed);
-        QTest::addRow("result") << u"\U0001F3CF  NTH won by 5 wkts"_s
-                                << int(StatusIconArt::State::Quiet);
-    }
-
-    void iconState()
-    {
-        QFETCH(QString, title);
-        QFETCH(int, state);
-        QCOMPARE(int(StatusIconArt::stateOf(title)), state);
-    }
-
     void dotGoesGreyWhileOffline_data()
     {
         using State = StatusIconArt::State;

@@ -49,6 +49,8 @@ QList<std::optional<QDateTime>> startsOf(const QList<ZelMatch> &list)
 
 } // namespace
 
+Q_DECLARE_METATYPE(StatusTitle::State)
+
 class StatusTitleTest : public QObject {
     Q_OBJECT
 
@@ -125,7 +127,34 @@ private slots:
         QFETCH(QList<ZelMatch>, fixtures);
         const auto todayStarts = startsOf(today);
         const auto fixtureStarts = startsOf(fixtures);
-        QTEST(StatusTitle::compose({today, todayStarts}, {fixtures, fixtureStarts}, now), "title");
+        QTEST(StatusTitle::compose({today, todayStarts}, {fixtures, fixtureStarts}, now).text,
+              "title");
+    }
+
+    // What the icons mark: the rule that chose the title, not words that happen to be in it.
+    void titleState_data()
+    {
+        QTest::addColumn<ZelMatch>("match");
+        QTest::addColumn<StatusTitle::State>("state");
+        QTest::newRow("live with a score")
+            << live("1", "45/2 (6.3 Ov)", "") << StatusTitle::State::Live;
+        QTest::newRow("live before the first ball")
+            << live("1", "", "") << StatusTitle::State::Live;
+        QTest::newRow("delayed start")
+            << match("upcoming", in(-10), "Rain") << StatusTitle::State::Delayed;
+        QTest::newRow("a result that says Delayed")
+            << match("finished", in(-240), "Match Delayed") << StatusTitle::State::Quiet;
+        QTest::newRow("a result with a red circle")
+            << match("finished", in(-240), "NTH \U0001F534 won") << StatusTitle::State::Quiet;
+        QTest::newRow("countdown") << match("upcoming", in(30)) << StatusTitle::State::Quiet;
+    }
+
+    void titleState()
+    {
+        QFETCH(ZelMatch, match);
+        const QList<ZelMatch> today{match};
+        const auto starts = startsOf(today);
+        QTEST(StatusTitle::compose({today, starts}, {{}, {}}, now).state, "state");
     }
 
     void liveText_data()
