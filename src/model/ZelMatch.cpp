@@ -73,6 +73,14 @@ struct Team {
         return readRequired(o, "id", id) && readRequired(o, "name", name) &&
                readRequired(o, "logoURL", logoURL) && readOptional(o, "code", code);
     }
+    // Into one side's fields of a match.
+    void copyTo(QString &teamID, QString &teamName, QString &teamLogo, QString &apiCode) const
+    {
+        teamID = id;
+        teamName = name;
+        teamLogo = logoURL;
+        apiCode = code;
+    }
 };
 
 struct Batting {
@@ -172,18 +180,12 @@ Result<ZelMatch> ZelMatch::fromJson(const simdjson::dom::element &value, const K
         match.groundName = venue->ground;
         match.city = venue->city;
     }
-    if (const auto home = decodeGroup<wire::Team>(member(o, "homeTeam"))) {
-        match.homeTeamID = home->id;
-        match.homeTeamName = home->name;
-        match.homeTeamLogo = home->logoURL;
-        match.homeTeamAPICode = home->code;
-    }
-    if (const auto away = decodeGroup<wire::Team>(member(o, "awayTeam"))) {
-        match.awayTeamID = away->id;
-        match.awayTeamName = away->name;
-        match.awayTeamLogo = away->logoURL;
-        match.awayTeamAPICode = away->code;
-    }
+    if (const auto home = decodeGroup<wire::Team>(member(o, "homeTeam")))
+        home->copyTo(match.homeTeamID, match.homeTeamName, match.homeTeamLogo,
+                     match.homeTeamAPICode);
+    if (const auto away = decodeGroup<wire::Team>(member(o, "awayTeam")))
+        away->copyTo(match.awayTeamID, match.awayTeamName, match.awayTeamLogo,
+                     match.awayTeamAPICode);
     if (const auto batting = decodeGroup<wire::Batting>(member(o, "batting"))) {
         match.firstBattingTeamID = batting->firstTeamID;
         match.firstBattingTeamCode = batting->firstTeamCode;
@@ -257,15 +259,19 @@ QString ZelMatch::summaryHead(const QString &summary)
 
 QString ZelMatch::homeTeamCode() const
 {
-    const QString &code = homeBattedFirst() ? firstBattingTeamCode : secondBattingTeamCode;
-    return code.isEmpty() ? homeTeamAPICode : code;
+    return sideCode(homeBattedFirst(), homeTeamAPICode);
 }
 
 // Deliberately keyed on the home side too: the away side batted first exactly when home did not.
 QString ZelMatch::awayTeamCode() const
 {
-    const QString &code = homeBattedFirst() ? secondBattingTeamCode : firstBattingTeamCode;
-    return code.isEmpty() ? awayTeamAPICode : code;
+    return sideCode(!homeBattedFirst(), awayTeamAPICode);
+}
+
+QString ZelMatch::sideCode(bool battedFirst, const QString &apiCode) const
+{
+    const QString &code = battedFirst ? firstBattingTeamCode : secondBattingTeamCode;
+    return code.isEmpty() ? apiCode : code;
 }
 
 std::optional<QString> ZelMatch::tossDecision() const

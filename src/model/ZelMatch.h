@@ -80,6 +80,10 @@ struct ZelMatch {
     std::optional<QString> tossWinnerCode() const;
 
     friend bool operator==(const ZelMatch &, const ZelMatch &) = default;
+
+private:
+    // A side's code from the batting order, else from the team record.
+    QString sideCode(bool battedFirst, const QString &apiCode) const;
 };
 
 Q_DECLARE_METATYPE(ZelMatch)
