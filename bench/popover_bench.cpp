@@ -100,7 +100,6 @@ int main(int argc, char *argv[])
 
     TodayViewModel::Setup setup;
     setup.serviceURL = origin;
-    setup.watchSystemSleep = false;
     TodayViewModel vm(setup);
     if (!QTest::qWaitFor([&] { return vm.fixtureMatches().size() == 200; }, 10000)) {
         std::fprintf(stderr, "popover_bench: no fixtures\n");

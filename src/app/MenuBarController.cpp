@@ -19,6 +19,7 @@ TodayViewModel::Setup stateSetup(const QString &serviceURL)
 {
     TodayViewModel::Setup setup;
     setup.serviceURL = serviceURL;
+    setup.inferSleepFromClock = !SleepWatcher::available();
     return setup;
 }
 } // namespace
@@ -29,6 +30,7 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
     , m_updater(updater)
     , m_vm(stateSetup(m_setup.serviceURL))
     , m_popoverController(m_vm, m_setup.serviceURL)
+    , m_sleepWatcher(m_vm)
     , m_popover(m_popoverController)
     , m_statusItem([this] { return exportedMenuEntries(); })
 {

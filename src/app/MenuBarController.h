@@ -3,6 +3,7 @@
 #include "MenuEntry.h"
 #include "PopoverController.h"
 #include "PopoverWindow.h"
+#include "SleepWatcher.h"
 #include "StatusItemSwitch.h"
 #include "TodayViewModel.h"
 #include "UpdateChecker.h"
@@ -54,6 +55,7 @@ private:
     UpdateChecker &m_updater;
     TodayViewModel m_vm;
     PopoverController m_popoverController;
+    SleepWatcher m_sleepWatcher;
     PopoverWindow m_popover;
     StatusItemSwitch m_statusItem;
     QPointer<QMessageBox> m_updateDialog;

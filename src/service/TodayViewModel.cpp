@@ -4,7 +4,6 @@
 #include "LeagueCalendar.h"
 
 #include <algorithm>
-#include <QDBusConnection>
 #include <QLoggingCategory>
 #include <QPointer>
 
@@ -48,18 +47,15 @@ TodayViewModel::TodayViewModel(Setup setup, QObject *parent)
     , m_logos(m_setup.logos ? *m_setup.logos : ImageCache::shared())
 {
     m_autoRefreshTimer.setSingleShot(true);
+    // A coarse timer may fire up to 5 % late: a minute's countdown would skip a minute.
+    m_autoRefreshTimer.setTimerType(Qt::PreciseTimer);
+    m_ticker.setTimerType(Qt::PreciseTimer);
     connect(&m_autoRefreshTimer, &QTimer::timeout, this, &TodayViewModel::fetchToday);
 
     m_ticker.setInterval(tickInterval);
     connect(&m_ticker, &QTimer::timeout, this, &TodayViewModel::tick);
     m_ticker.start();
     resetSleepWatch();
-    if (m_setup.watchSystemSleep) {
-        QDBusConnection::systemBus().connect(
-            QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
-            QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"),
-            this, SLOT(prepareForSleep(bool)));
-    }
 
     fetchToday();
     fetchFixtures();
@@ -284,18 +280,12 @@ void TodayViewModel::systemDidWake()
     fetchFixtures();
 }
 
-void TodayViewModel::prepareForSleep(bool sleeping)
-{
-    if (!sleeping)
-        systemDidWake();
-}
-
 void TodayViewModel::tick()
 {
     const QDateTime now = m_setup.clock();
     const qint64 wallClock = m_lastTickWallClock.msecsTo(now);
     const qint64 monotonic = m_sinceLastTick.elapsed();
-    if (wallClock - monotonic > sleepThreshold.count()) {
+    if (m_setup.inferSleepFromClock && wallClock - monotonic > sleepThreshold.count()) {
         systemDidWake();
     } else {
         m_lastTickWallClock = now;

@@ -50,7 +50,9 @@ public:
         Clock clock = [] { return QDateTime::currentDateTimeUtc(); };
         ImageCache *logos = nullptr; // the shared cache when not given
         std::chrono::milliseconds requestTimeout = APIClient::defaultTimeout;
-        bool watchSystemSleep = true; // logind's PrepareForSleep on the system bus
+        // Where nothing reports a resume from sleep (no system bus), the wall clock running
+        // ahead of the monotonic one is taken for one.
+        bool inferSleepFromClock = true;
         // The wait after the first failed load of today; it doubles with each further failure.
         std::chrono::milliseconds firstRetry = RefreshSchedule::live;
     };
@@ -123,9 +125,6 @@ signals:
     void scorecardErrorsChanged();
     void loadingScorecardsChanged();
     void offlineChanged();
-
-private slots:
-    void prepareForSleep(bool sleeping);
 
 private:
     struct ListLoad;

@@ -248,7 +248,6 @@ class EndToEndTest : public QObject {
     {
         TodayViewModel::Setup setup;
         setup.serviceURL = u"http://127.0.0.1:%1"_s.arg(ZEL_E2E_PORT);
-        setup.watchSystemSleep = false;
         TodayViewModel vm(setup);
         const bool loaded =
             QTest::qWaitFor([&] { return !vm.isLoading() && !vm.isLoadingFixtures(); }, 10000);

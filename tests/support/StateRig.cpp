@@ -17,8 +17,8 @@ std::unique_ptr<TodayViewModel> StateRig::makeModel()
     setup.clock = [this] { return now; };
     setup.logos = m_logos.get();
     setup.requestTimeout = 2s;
-    setup.watchSystemSleep = false;
     setup.firstRetry = firstRetry;
+    setup.inferSleepFromClock = inferSleepFromClock;
     return std::make_unique<TodayViewModel>(setup);
 }
 

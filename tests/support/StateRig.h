@@ -20,6 +20,7 @@ public:
 
     QDateTime now = QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
     std::chrono::milliseconds firstRetry = RefreshSchedule::live;
+    bool inferSleepFromClock = true;
 
 private:
     QTemporaryDir m_logoDir;

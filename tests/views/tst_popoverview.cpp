@@ -124,7 +124,6 @@ private slots:
         setup.clock = [] {
             return QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
         };
-        setup.watchSystemSleep = false;
         m_vm = std::make_unique<TodayViewModel>(setup);
         m_popover = std::make_unique<PopoverController>(*m_vm, m_server->baseURL());
         m_view = std::make_unique<QQuickView>();

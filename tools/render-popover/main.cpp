@@ -98,7 +98,6 @@ int main(int argc, char *argv[])
     setup.serviceURL = serviceURL;
     if (!parser.isSet("url"))
         setup.clock = [start] { return start; };
-    setup.watchSystemSleep = false;
     TodayViewModel vm(setup);
     PopoverController popover(vm, serviceURL);
 
