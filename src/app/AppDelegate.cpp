@@ -11,8 +11,6 @@
 #include <QStandardPaths>
 #include <QTimer>
 
-using namespace Qt::Literals::StringLiterals;
-
 AppDelegate::AppDelegate(Setup setup, QObject *parent)
     : QObject(parent)
     , m_setup(std::move(setup))
@@ -38,7 +36,7 @@ void AppDelegate::startAnalytics(const Analytics &analytics) const
 {
     auto configuration = std::make_shared<TelemetryManagerConfiguration>(
         analytics.appID, analytics.salt, QUrl(analytics.baseURL));
-    const QString folder = u"/ZelMenuBar"_s;
+    const QString folder = QStringLiteral("/ZelMenuBar");
     configuration->cacheDirectory.set(
         QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + folder);
     configuration->storeDirectory.set(
@@ -48,7 +46,7 @@ void AppDelegate::startAnalytics(const Analytics &analytics) const
     // The convention across tools for "do not report on me": nothing leaves the machine.
     configuration->analyticsDisabled.set(qgetenv("DO_NOT_TRACK") == "1");
     TelemetryDeck::initialize(configuration);
-    TelemetryDeck::signal(u"app.launched"_s);
+    TelemetryDeck::signal(QStringLiteral("app.launched"));
 }
 
 int AppDelegate::run(int argc, char *argv[], const Setup &setup)
@@ -60,13 +58,13 @@ int AppDelegate::run(int argc, char *argv[], const Setup &setup)
     PopoverStyle::apply();
 
     QApplication app(argc, argv);
-    QApplication::setApplicationName(u"zel-menubar"_s);
-    QApplication::setApplicationDisplayName(u"Zel Menu Bar"_s);
+    QApplication::setApplicationName(QStringLiteral("zel-menubar"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Zel Menu Bar"));
     QApplication::setApplicationVersion(setup.version);
-    QApplication::setDesktopFileName(u"example.zel.MenuBar"_s);
+    QApplication::setDesktopFileName(QStringLiteral("example.zel.MenuBar"));
     // Closing the update dialog must not end a program that has no main window.
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(QIcon(u":/zel-menubar.svg"_s));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/zel-menubar.svg")));
 
     SingleInstance instance(SingleInstance::defaultSocketPath());
     if (!instance.claim())

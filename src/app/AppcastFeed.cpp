@@ -96,13 +96,13 @@ Result<AppcastRelease> AppcastFeed::newest(const QByteArray &xml)
         }
     }
     if (reader.hasError())
-        return ZelError{
-            errorDomain, 1,
-            u"The update feed is not valid XML (line %1: %2)."_s.arg(reader.lineNumber())
-                .arg(reader.errorString())};
+        return ZelError{errorDomain, 1,
+                        QStringLiteral("The update feed is not valid XML (line %1: %2).")
+                            .arg(reader.lineNumber())
+                            .arg(reader.errorString())};
     if (!sawChannel)
-        return ZelError{errorDomain, 2, u"The update feed is not an RSS feed."_s};
+        return ZelError{errorDomain, 2, QStringLiteral("The update feed is not an RSS feed.")};
     if (!best)
-        return ZelError{errorDomain, 3, u"The update feed lists no version."_s};
+        return ZelError{errorDomain, 3, QStringLiteral("The update feed lists no version.")};
     return *best;
 }

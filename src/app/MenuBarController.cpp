@@ -10,8 +10,6 @@
 #include <QPushButton>
 #include <QTextDocument>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 Q_LOGGING_CATEGORY(lcTiming, "zel.timing", QtWarningMsg)
 
@@ -37,8 +35,8 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
     connect(&m_statusItem, &StatusItem::leftClicked, this, &MenuBarController::togglePopover);
     connect(&m_statusItem, &StatusItem::rightClicked, this, &MenuBarController::showContextMenu);
     connect(&m_vm, &TodayViewModel::statusBarTitleChanged, this,
-            [this] { m_statusItem.setTitle(m_vm.statusBarLine()); });
-    m_statusItem.setTitle(m_vm.statusBarLine());
+            [this] { m_statusItem.setTitle(m_vm.statusBarTitle()); });
+    m_statusItem.setTitle(m_vm.statusBarTitle());
     connect(&m_vm, &TodayViewModel::offlineChanged, this, &MenuBarController::showOfflineNote);
     connect(&m_vm, &TodayViewModel::lastUpdatedChanged, this, &MenuBarController::showOfflineNote);
     connect(&m_updater, &UpdateChecker::checked, this, &MenuBarController::showUpdateResult);
@@ -76,7 +74,7 @@ void MenuBarController::showContextMenu(const QPoint &at)
 
 QString MenuBarController::versionLabel(const QString &version)
 {
-    return u"Zel Menu Bar v"_s + (version.isEmpty() ? u"?"_s : version);
+    return QStringLiteral("Zel Menu Bar v") + (version.isEmpty() ? QStringLiteral("?") : version);
 }
 
 QList<MenuEntry> MenuBarController::contextMenuEntries()
@@ -84,18 +82,19 @@ QList<MenuEntry> MenuBarController::contextMenuEntries()
     return {
         {versionLabel(m_setup.version), false, {}, {}},
         MenuEntry::separator(),
-        {u"Check for Updates…"_s, true, {}, [this] { checkForUpdates(); }},
+        {QStringLiteral("Check for Updates…"), true, {}, [this] { checkForUpdates(); }},
         MenuEntry::separator(),
-        {u"Feedback / Report a Bug"_s, true, {}, [this] { openFeedback(); }},
-        {u"\u2665 Support Me"_s, true, {}, [this] { openDonate(); }},
+        {QStringLiteral("Feedback / Report a Bug"), true, {}, [this] { openFeedback(); }},
+        {QStringLiteral("\u2665 Support Me"), true, {}, [this] { openDonate(); }},
         MenuEntry::separator(),
-        {u"Quit Zel Menu Bar"_s, true, QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { quitApp(); }},
+        {QStringLiteral("Quit Zel Menu Bar"), true, QKeySequence(Qt::CTRL | Qt::Key_Q),
+         [this] { quitApp(); }},
     };
 }
 
 QList<MenuEntry> MenuBarController::exportedMenuEntries()
 {
-    QList<MenuEntry> entries{{u"Show Scores"_s, true, {}, [this] { showPopover(); }}};
+    QList<MenuEntry> entries{{QStringLiteral("Show Scores"), true, {}, [this] { showPopover(); }}};
     entries.append(contextMenuEntries());
     return entries;
 }
@@ -108,13 +107,15 @@ QUrl MenuBarController::pageURL(const QString &origin, const QString &path)
 
 void MenuBarController::openFeedback()
 {
-    if (const QUrl url = pageURL(m_setup.websiteURL, u"/zel/?feedback=1"_s); !url.isEmpty())
+    if (const QUrl url = pageURL(m_setup.websiteURL, QStringLiteral("/zel/?feedback=1"));
+        !url.isEmpty())
         QDesktopServices::openUrl(url);
 }
 
 void MenuBarController::openDonate()
 {
-    if (const QUrl url = pageURL(m_setup.websiteURL, u"/zel/#donate"_s); !url.isEmpty())
+    if (const QUrl url = pageURL(m_setup.websiteURL, QStringLiteral("/zel/#donate"));
+        !url.isEmpty())
         QDesktopServices::openUrl(url);
 }
 
@@ -126,12 +127,12 @@ void MenuBarController::quitApp()
 void MenuBarController::checkForUpdates()
 {
     if (!m_updateDialog) {
-        m_updateDialog = new QMessageBox(QMessageBox::Information, u"Software Update"_s, {},
-                                         QMessageBox::NoButton);
+        m_updateDialog = new QMessageBox(
+            QMessageBox::Information, QStringLiteral("Software Update"), {}, QMessageBox::NoButton);
         m_updateDialog->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_updateDialog->setIconPixmap(QApplication::windowIcon().pixmap(64));
-    m_updateDialog->setText(u"Checking for updates…"_s);
+    m_updateDialog->setText(QStringLiteral("Checking for updates…"));
     m_updateDialog->setInformativeText({});
     m_updateDialog->setStandardButtons(QMessageBox::Cancel);
     m_updateDialog->show();
@@ -145,15 +146,16 @@ QString MenuBarController::updateDetail(const UpdateCheck &result, const QString
     QString detail;
     switch (result.outcome) {
     case UpdateCheck::UpToDate:
-        detail = u"Zel Menu Bar %1 is currently the newest version available."_s.arg(version);
+        detail = QStringLiteral("Zel Menu Bar %1 is currently the newest version available.")
+                     .arg(version);
         break;
     case UpdateCheck::NewerVersion:
-        detail = u"Zel Menu Bar %1 is now available — you have %2."_s.arg(
-            boundedForDisplay(result.version, 32), version);
+        detail = QStringLiteral("Zel Menu Bar %1 is now available — you have %2.")
+                     .arg(boundedForDisplay(result.version, 32), version);
         break;
     case UpdateCheck::Failed:
-        detail = u"An error occurred in retrieving update information: %1"_s.arg(
-            boundedForDisplay(result.error, 200));
+        detail = QStringLiteral("An error occurred in retrieving update information: %1")
+                     .arg(boundedForDisplay(result.error, 200));
         break;
     }
     // The dialog guesses the format of this text; as rich text that says exactly the plain text,
@@ -171,22 +173,23 @@ void MenuBarController::showUpdateResult(const UpdateCheck &result)
     dialog.setInformativeText(updateDetail(result, m_setup.version));
     switch (result.outcome) {
     case UpdateCheck::UpToDate:
-        dialog.setText(u"You’re up to date!"_s);
+        dialog.setText(QStringLiteral("You’re up to date!"));
         dialog.setStandardButtons(QMessageBox::Ok);
         break;
     case UpdateCheck::NewerVersion: {
-        dialog.setText(u"A new version of Zel Menu Bar is available!"_s);
+        dialog.setText(QStringLiteral("A new version of Zel Menu Bar is available!"));
         if (!result.page.isEmpty()) {
-            QPushButton *open = dialog.addButton(u"Open Download Page"_s, QMessageBox::AcceptRole);
+            QPushButton *open =
+                dialog.addButton(QStringLiteral("Open Download Page"), QMessageBox::AcceptRole);
             const QUrl page = result.page;
             connect(open, &QPushButton::clicked, this, [page] { QDesktopServices::openUrl(page); });
         }
-        dialog.addButton(u"Later"_s, QMessageBox::RejectRole);
+        dialog.addButton(QStringLiteral("Later"), QMessageBox::RejectRole);
         break;
     }
     case UpdateCheck::Failed:
         dialog.setIcon(QMessageBox::Warning);
-        dialog.setText(u"Update Error!"_s);
+        dialog.setText(QStringLiteral("Update Error!"));
         dialog.setStandardButtons(QMessageBox::Ok);
         break;
     }

@@ -12,8 +12,6 @@
 
 Q_IMPORT_QML_PLUGIN(ZelMenuBarPlugin)
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 // The click outside that closes the popover may be the click on the status item itself; it
 // must close the popover, not close and reopen it.
@@ -25,14 +23,14 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
     : m_controller(controller)
 {
     setFlags(Qt::Popup | Qt::FramelessWindowHint);
-    setTitle(u"Scores"_s);
+    setTitle(QStringLiteral("Scores"));
     setMinimumSize(size);
     setMaximumSize(size);
     resize(size);
     setResizeMode(SizeRootObjectToView);
-    engine()->addImportPath(u"qrc:/qt/qml"_s);
-    setInitialProperties({{u"controller"_s, QVariant::fromValue(&controller)}});
-    setSource(QUrl(u"qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml"_s));
+    engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    setInitialProperties({{QStringLiteral("controller"), QVariant::fromValue(&controller)}});
+    setSource(QUrl(QStringLiteral("qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml")));
     if (QQuickItem *root = rootObject())
         connect(root, SIGNAL(closeRequested()), this, SLOT(hide()));
     connect(this, &QWindow::visibleChanged, this, [this](bool visible) {

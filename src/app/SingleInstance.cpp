@@ -4,8 +4,6 @@
 #include <QLoggingCategory>
 #include <QStandardPaths>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 Q_LOGGING_CATEGORY(lcInstance, "zel.instance")
 constexpr int handshakeMs = 1000;
@@ -36,7 +34,7 @@ SingleInstance::SingleInstance(QString socketPath, QObject *parent)
 QString SingleInstance::defaultSocketPath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
-           u"/zel-menubar.socket"_s;
+           QStringLiteral("/zel-menubar.socket");
 }
 
 bool SingleInstance::claim()

@@ -10,13 +10,11 @@
 #include <QNetworkReply>
 #include <QSaveFile>
 
-using namespace Qt::Literals::StringLiterals;
-
 LogoWorker::LogoWorker(QString cacheDir, QObject *receiver)
     : m_cacheDir(std::move(cacheDir))
     , m_receiver(receiver)
 {
-    m_thread.setObjectName(u"ZelMenuBar.ImageCache"_s);
+    m_thread.setObjectName(QStringLiteral("ZelMenuBar.ImageCache"));
     moveToThread(&m_thread);
     connect(&m_thread, &QThread::started, this,
             [this] { m_network = new QNetworkAccessManager(this); });

@@ -1,7 +1,6 @@
 #include "ZelMatch.h"
 
 #include "JsonDecoding.h"
-#include "ZelConfig.h"
 
 using JsonDecoding::isAbsent;
 using JsonDecoding::Member;
@@ -230,14 +229,14 @@ std::optional<QUrl> ZelMatch::logoURL(const QString &logo, const QString &servic
     return url;
 }
 
-std::optional<QUrl> ZelMatch::homeTeamLogoURL() const
+std::optional<QUrl> ZelMatch::homeTeamLogoURL(const QString &serviceBaseURL) const
 {
-    return logoURL(homeTeamLogo, QString::fromLatin1(ZelConfig::scoreServiceURL));
+    return logoURL(homeTeamLogo, serviceBaseURL);
 }
 
-std::optional<QUrl> ZelMatch::awayTeamLogoURL() const
+std::optional<QUrl> ZelMatch::awayTeamLogoURL(const QString &serviceBaseURL) const
 {
-    return logoURL(awayTeamLogo, QString::fromLatin1(ZelConfig::scoreServiceURL));
+    return logoURL(awayTeamLogo, serviceBaseURL);
 }
 
 bool ZelMatch::homeBattedFirst() const

@@ -66,8 +66,9 @@ struct ZelMatch {
     QString battingCodeOf(const QString &teamID) const;
     // The part of a batting summary before " (": "185/6 (20 ov)" gives "185/6".
     static QString summaryHead(const QString &summary);
-    std::optional<QUrl> homeTeamLogoURL() const;
-    std::optional<QUrl> awayTeamLogoURL() const;
+    // Where each side's badge is, for a service at this origin.
+    std::optional<QUrl> homeTeamLogoURL(const QString &serviceBaseURL) const;
+    std::optional<QUrl> awayTeamLogoURL(const QString &serviceBaseURL) const;
     QString homeTeamCode() const;
     QString awayTeamCode() const;
     QString formattedTossDetails() const;

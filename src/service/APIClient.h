@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Result.h"
-#include "ZelConfig.h"
 #include "ZelMatch.h"
 #include "ZelScorecard.h"
 
@@ -43,8 +42,7 @@ public:
     template <typename T> using Completion = std::function<void(Result<T>)>;
     using MatchesCompletion = Completion<QList<ZelMatch>>;
 
-    explicit APIClient(QString baseURL = QString::fromLatin1(ZelConfig::scoreServiceURL),
-                       std::chrono::milliseconds timeout = defaultTimeout,
+    explicit APIClient(QString baseURL, std::chrono::milliseconds timeout = defaultTimeout,
                        QObject *parent = nullptr);
 
     void fetchTodayMatches(MatchesCompletion completion);

@@ -241,8 +241,9 @@ void TodayViewModel::prefetchLogos(const QList<ZelMatch> &list)
     QList<QUrl> urls;
     urls.reserve(2 * list.size());
     for (const ZelMatch &match : list) {
-        for (const QString &logo : {match.homeTeamLogo, match.awayTeamLogo}) {
-            if (const auto url = ZelMatch::logoURL(logo, m_setup.serviceURL))
+        for (const auto &url : {match.homeTeamLogoURL(m_setup.serviceURL),
+                                match.awayTeamLogoURL(m_setup.serviceURL)}) {
+            if (url)
                 urls.append(*url);
         }
     }

@@ -18,26 +18,11 @@ class ImageCache;
 
 // The application's one state object: the three match lists, their loading and error states,
 // the scorecards fetched so far and the status title, kept current by an auto-refresh timer.
-// Everything here lives on the main thread.
+// Despite its name it is not what a view binds to: the popover's QML binds to
+// PopoverController, which reads this, and the status item shows its title. Everything here
+// lives on the main thread.
 class TodayViewModel : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QList<ZelMatch> matches READ matches NOTIFY matchesChanged)
-    Q_PROPERTY(QList<ZelMatch> fixtureMatches READ fixtureMatches NOTIFY fixtureMatchesChanged)
-    Q_PROPERTY(QList<ZelMatch> resultMatches READ resultMatches NOTIFY resultMatchesChanged)
-    Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
-    Q_PROPERTY(bool isLoadingFixtures READ isLoadingFixtures NOTIFY isLoadingFixturesChanged)
-    Q_PROPERTY(bool isLoadingResults READ isLoadingResults NOTIFY isLoadingResultsChanged)
-    Q_PROPERTY(QString error READ error NOTIFY errorChanged)
-    Q_PROPERTY(QString fixturesError READ fixturesError NOTIFY fixturesErrorChanged)
-    Q_PROPERTY(QString resultsError READ resultsError NOTIFY resultsErrorChanged)
-    Q_PROPERTY(QString statusBarTitle READ statusBarTitle NOTIFY statusBarTitleChanged)
-    Q_PROPERTY(QDateTime lastUpdated READ lastUpdated NOTIFY lastUpdatedChanged)
-    Q_PROPERTY(QString competitionName READ competitionName CONSTANT)
-    Q_PROPERTY(ScorecardMap scorecards READ scorecards NOTIFY scorecardsChanged)
-    Q_PROPERTY(ErrorMap scorecardErrors READ scorecardErrors NOTIFY scorecardErrorsChanged)
-    Q_PROPERTY(IdSet loadingScorecards READ loadingScorecards NOTIFY loadingScorecardsChanged)
-    Q_PROPERTY(bool isOffline READ isOffline NOTIFY offlineChanged)
-    Q_PROPERTY(QString offlineReason READ offlineReason NOTIFY offlineChanged)
 
 public:
     using Clock = std::function<QDateTime()>;
@@ -46,7 +31,7 @@ public:
     using IdSet = QSet<qint64>;
 
     struct Setup {
-        QString serviceURL = QString::fromLatin1(ZelConfig::scoreServiceURL);
+        QString serviceURL; // origin of the score service
         Clock clock = [] { return QDateTime::currentDateTimeUtc(); };
         ImageCache *logos = nullptr; // the shared cache when not given
         std::chrono::milliseconds requestTimeout = APIClient::defaultTimeout;
@@ -79,9 +64,8 @@ public:
     const QString &error() const { return m_error; }
     const QString &fixturesError() const { return m_fixturesError; }
     const QString &resultsError() const { return m_resultsError; }
-    const QString &statusBarTitle() const { return m_statusBar.text; }
-    // The title with what it reports (live, delayed, neither); changes with the title.
-    const StatusTitle::Line &statusBarLine() const { return m_statusBar; }
+    // The title with what it reports (live, delayed, neither).
+    const StatusTitle::Line &statusBarTitle() const { return m_statusBar; }
     const QDateTime &lastUpdated() const { return m_lastUpdated; }
     QString competitionName() const { return QStringLiteral("Zel 2026"); }
     const ScorecardMap &scorecards() const { return m_scorecards; }

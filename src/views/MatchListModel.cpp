@@ -112,9 +112,6 @@ QVariant MatchListModel::data(const QModelIndex &index, int role) const
 QVariant MatchListModel::roleData(const Row &row, int role) const
 {
     const ZelMatch &m = row.match;
-    const auto logo = [this](const QString &text) {
-        return ZelMatch::logoURL(text, m_serviceURL).value_or(QUrl());
-    };
     switch (Role(role)) {
     case MatchKeyRole:
         return QString::number(m.matchID); // a QML number would round identifiers past 2^53
@@ -139,9 +136,9 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
     case AwayNameRole:
         return m.awayTeamName;
     case HomeLogoRole:
-        return logo(m.homeTeamLogo);
+        return m.homeTeamLogoURL(m_serviceURL).value_or(QUrl());
     case AwayLogoRole:
-        return logo(m.awayTeamLogo);
+        return m.awayTeamLogoURL(m_serviceURL).value_or(QUrl());
     case ScoresTextRole:
         return MatchRowPresenter::scoresText(m);
     case MatchOrderRole:

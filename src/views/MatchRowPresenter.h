@@ -13,7 +13,8 @@ public:
     static QString displayTime(const ZelMatch &match, const QTimeZone &zone, const QLocale &locale);
 
     static QString statusIcon(const ZelMatch &match);
-    // Live with no score yet but a toss text.
+    // No score on either side yet but a toss text to show. The scorecard has its own rule of
+    // this name, which needs the match live and ignores the toss text.
     static bool isTossPhase(const ZelMatch &match);
     // "NTH won, elected to field", naming the toss winner by batting order.
     static std::optional<QString> shortTossText(const ZelMatch &match);

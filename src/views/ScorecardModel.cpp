@@ -77,9 +77,9 @@ void ScorecardModel::showInnings(const ZelMatch &match, const ZelScorecard &card
     if (side) {
         const bool home = *side == ScorecardPresenter::Side::Home;
         m_yetToBatName = home ? match.homeTeamName : match.awayTeamName;
-        m_yetToBatLogo = ZelMatch::logoURL(home ? match.homeTeamLogo : match.awayTeamLogo,
-                                           m_controller->serviceURL())
-                             .value_or(QUrl());
+        const QString &origin = m_controller->serviceURL();
+        m_yetToBatLogo =
+            (home ? match.homeTeamLogoURL(origin) : match.awayTeamLogoURL(origin)).value_or(QUrl());
         m_score.clear();
         m_overs.clear();
         m_batting.setRows({});

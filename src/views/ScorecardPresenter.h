@@ -15,7 +15,8 @@ public:
     static int initialInnings(const ZelMatch &match);
     static QString tab1Label(const ZelMatch &match);
     static QString tab2Label(const ZelMatch &match);
-    // Live without any score, whatever the toss text says.
+    // Live without any score, whatever the toss text says: before the first ball the card shows
+    // who bats first even when the toss text is missing, unlike the row's rule of this name.
     static bool isTossPhase(const ZelMatch &match);
     // The side shown as "Yet to bat" on a tab, or nothing when the tab shows an innings.
     static std::optional<Side> yetToBat(const ZelMatch &match, const ZelScorecard &scorecard,

@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QByteArray encoded(const char *format, QSize size = {32, 32})
@@ -269,13 +271,13 @@ private slots:
         ImageCache cache(m_folder);
         QList<QUrl> urls;
         for (int i = 0; i < 400; ++i)
-            urls.append(url(QStringLiteral("/logos/%1.png").arg(i)));
+            urls.append(url(u"/logos/%1.png"_s.arg(i)));
         QVERIFY(prefetched(cache, urls));
         QCOMPARE(cache.image("399.png").size(),
                  QSize(LogoWorker::badgeSide, LogoWorker::badgeSide));
         qint64 held = 0;
         for (int i = 0; i < 400; ++i)
-            held += cache.image(QStringLiteral("%1.png").arg(i)).sizeInBytes();
+            held += cache.image(u"%1.png"_s.arg(i)).sizeInBytes();
         QVERIFY2(held <= ImageCache::memoryBudgetBytes, qPrintable(QString::number(held)));
         QVERIFY(!cache.contains("0.png"));
     }
@@ -305,8 +307,7 @@ private slots:
             << "escape.png" << QStringList{"ZelMenuBar/logos/escape.png"};
         QTest::newRow("encoded backslash") << "/logos/..%5Cescape.png"
                                            << "..\\escape.png" << QStringList{};
-        QTest::newRow("NUL") << "/logos/a%00b.png" << QStringLiteral("a") + QChar(0) + "b.png"
-                             << QStringList{};
+        QTest::newRow("NUL") << "/logos/a%00b.png" << u"a"_s + QChar(0) + "b.png" << QStringList{};
         QTest::newRow("300 characters") << "/logos/" + QString(296, u'x') + ".png"
                                         << QString(296, u'x') + ".png" << QStringList{};
     }

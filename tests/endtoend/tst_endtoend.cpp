@@ -251,7 +251,7 @@ class EndToEndTest : public QObject {
         TodayViewModel vm(setup);
         const bool loaded =
             QTest::qWaitFor([&] { return !vm.isLoading() && !vm.isLoadingFixtures(); }, 10000);
-        return loaded ? vm.statusBarTitle() : u"(the service did not answer)"_s;
+        return loaded ? vm.statusBarTitle().text : u"(the service did not answer)"_s;
     }
 
     void callItem(const QString &service, const QString &method)

@@ -1,7 +1,8 @@
 #include "MatchesResponse.h"
-#include "ZelConfig.h"
 
 #include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
 
 // Every field in one line, so that a failed comparison shows exactly what differs.
 static QString describe(const ZelMatch &m)
@@ -173,7 +174,7 @@ private slots:
         QFETCH(QString, message);
         const auto result = MatchesResponse::fromJson(json);
         QVERIFY(!result.isOk());
-        QCOMPARE(result.error().domain, QStringLiteral("ZelDecoding"));
+        QCOMPARE(result.error().domain, u"ZelDecoding"_s);
         QVERIFY2(result.error().description.contains(message),
                  qPrintable(result.error().description));
     }
@@ -212,16 +213,17 @@ private slots:
     {
         QFETCH(QString, logo);
         QFETCH(QString, expected);
-        const auto url = ZelMatch::logoURL(logo, QStringLiteral("https://scores.test"));
+        const auto url = ZelMatch::logoURL(logo, u"https://scores.test"_s);
         QCOMPARE(url ? url->toString() : QString(), expected);
     }
 
-    void teamLogoURLsUseTheScoreService()
+    void eachSideHasItsOwnLogo()
     {
         const ZelMatch &m = fullMatchRecord;
-        QCOMPARE(m.homeTeamLogoURL()->toString(),
-                 QLatin1StringView(ZelConfig::scoreServiceURL) + "/logos/lions.png");
-        QCOMPARE(m.awayTeamLogoURL()->toString(), QStringLiteral("https://cdn.example/t.svg"));
+        QCOMPARE(m.homeTeamLogoURL(u"https://scores.test"_s)->toString(),
+                 u"https://scores.test/logos/lions.png"_s);
+        QCOMPARE(m.awayTeamLogoURL(u"https://scores.test"_s)->toString(),
+                 u"https://cdn.example/t.svg"_s);
     }
 
     void teamCodes_data()

@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 // The first line of one innings whose batting and bowling lists hold just the given objects.
 static ZelInnings inningsWith(const QByteArray &batting, const QByteArray &bowling)
 {
@@ -189,7 +191,7 @@ private slots:
         QCOMPARE(all.size(), 2);
         QCOMPARE(all[0].id(), 2);
         QCOMPARE(all[1].id(), 1);
-        QCOMPARE(all[1].battingTeamName, QStringLiteral("Lions"));
+        QCOMPARE(all[1].battingTeamName, u"Lions"_s);
 
         const auto duplicates = ZelScorecard::fromJson(QByteArray(R"({"innings": [{"inningsNo": 1,
             "battingTeamName": "L", "batting": [{"name": "A", "runs": 1}, {"name": "A", "runs": 2}],
@@ -197,7 +199,7 @@ private slots:
         QVERIFY(duplicates.isOk());
         const auto &batting = duplicates.value().innings[0].batting;
         QCOMPARE(batting.size(), 2);
-        QCOMPARE(batting[1].runs, QStringLiteral("2"));
+        QCOMPARE(batting[1].runs, u"2"_s);
     }
 };
 

@@ -7,6 +7,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -83,7 +85,7 @@ private slots:
         if (error.isEmpty()) {
             QVERIFY2(result.isOk(), failureText(result));
             QCOMPARE(result.value().size(), 2);
-            QCOMPARE(result.value()[0].matchStatus, QStringLiteral("live"));
+            QCOMPARE(result.value()[0].matchStatus, u"live"_s);
         } else {
             QVERIFY(!result.isOk());
             QCOMPARE(result.error(), (ZelError{"APIClient", status, error}));
@@ -125,7 +127,7 @@ private slots:
         auto outcome = run<ZelScorecard>(
             [&](auto completion) { client.fetchScorecard(1234, std::move(completion)); });
         QVERIFY2(outcome->result->isOk(), failureText(*outcome->result));
-        QCOMPARE(outcome->result->value().innings[0].batting[0].runs, QStringLiteral("10"));
+        QCOMPARE(outcome->result->value().innings[0].batting[0].runs, u"10"_s);
         QCOMPARE(server.requestedPaths(), QStringList{"/api/matches/1234/scorecard"});
     }
 
@@ -155,7 +157,7 @@ private slots:
 
         QCOMPARE(outcome->calls, 1);
         QVERIFY(!outcome->result->isOk());
-        QCOMPARE(outcome->result->error().domain, QStringLiteral("ZelDecoding"));
+        QCOMPARE(outcome->result->error().domain, u"ZelDecoding"_s);
         QVERIFY2(outcome->result->error().description.contains(message),
                  qPrintable(outcome->result->error().description));
     }
@@ -193,7 +195,7 @@ private slots:
         QCOMPARE(outcome->calls, 1);
         QVERIFY(!outcome->duringCall);
         QVERIFY(!outcome->result->isOk());
-        QCOMPARE(outcome->result->error().domain, QStringLiteral("Network"));
+        QCOMPARE(outcome->result->error().domain, u"Network"_s);
         QCOMPARE(outcome->result->error().description, description);
     }
 
@@ -204,12 +206,11 @@ private slots:
             FixtureServer gone;
             closedPort = QUrl(gone.baseURL()).port();
         }
-        APIClient client(QStringLiteral("http://127.0.0.1:%1").arg(closedPort));
+        APIClient client(u"http://127.0.0.1:%1"_s.arg(closedPort));
         auto outcome = run<QList<ZelMatch>>(
             [&](auto completion) { client.fetchTodayMatches(std::move(completion)); });
         QVERIFY(!outcome->result->isOk());
-        QCOMPARE(outcome->result->error().description,
-                 QStringLiteral("Could not connect to the server."));
+        QCOMPARE(outcome->result->error().description, u"Could not connect to the server."_s);
     }
 
     void invalidURLCompletesAtOnce_data()
@@ -224,7 +225,7 @@ private slots:
     void invalidURLCompletesAtOnce()
     {
         QFETCH(QString, url);
-        APIClient client;
+        APIClient client(u"https://scores.test"_s);
         int calls = 0;
         std::optional<Result<MatchesResponse>> result;
         client.fetch<MatchesResponse>(url, 1024, [&](Result<MatchesResponse> r) {

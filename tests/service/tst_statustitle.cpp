@@ -4,12 +4,14 @@
 
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace {
 
 const QDateTime now = QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
-const QString bat = QStringLiteral("\U0001F3CF");
+const QString bat = u"\U0001F3CF"_s;
 
 ZelMatch match(const QString &status, std::optional<QString> start, const QString &comments = {})
 {

@@ -3,6 +3,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -63,7 +65,7 @@ private slots:
         QVERIFY(settled(*model));
         QCOMPARE(idsOf(model->matches()), (QList<qint64>{7, 8}));
         QCOMPARE(model->lastUpdated(), m_rig->now);
-        QCOMPARE(model->statusBarTitle(), QStringLiteral("\U0001F3CF  NTH \U0001F534 50/1 (6.2)"));
+        QCOMPARE(model->statusBarTitle().text, u"\U0001F3CF  NTH \U0001F534 50/1 (6.2)"_s);
         QVERIFY(model->error().isEmpty());
         // From tomorrow on, earliest first, equal starts in the service's order.
         QCOMPARE(idsOf(model->fixtureMatches()), (QList<qint64>{24, 21, 25, 26}));
@@ -87,7 +89,7 @@ private slots:
         auto model = makeModel();
         QVERIFY(settled(*model));
         const QDateTime loadedAt = model->lastUpdated();
-        const QString title = model->statusBarTitle();
+        const QString title = model->statusBarTitle().text;
         model->invalidateAutoRefresh();
 
         m_rig->now = m_rig->now.addSecs(60); // within the 30 s interval and the minute's grace
@@ -95,10 +97,10 @@ private slots:
         model->fetchToday();
         QVERIFY(model->error().isEmpty());
         QVERIFY(settled(*model));
-        QCOMPARE(model->error(), QStringLiteral("HTTP 503"));
+        QCOMPARE(model->error(), u"HTTP 503"_s);
         QCOMPARE(idsOf(model->matches()), (QList<qint64>{7, 8}));
         QCOMPARE(model->lastUpdated(), loadedAt);
-        QCOMPARE(model->statusBarTitle(), title);
+        QCOMPARE(model->statusBarTitle().text, title);
         QVERIFY(!model->isOffline());
 
         // The next failures come without anyone asking, and the data is now out of date.
@@ -106,7 +108,7 @@ private slots:
         QSignalSpy offline(model.get(), &TodayViewModel::offlineChanged);
         QTRY_VERIFY(m_server->requestCount("/api/matches/today") >= 3);
         QVERIFY(model->isOffline());
-        QCOMPARE(model->offlineReason(), QStringLiteral("HTTP 503"));
+        QCOMPARE(model->offlineReason(), u"HTTP 503"_s);
         QCOMPARE(offline.count(), 1);
 
         m_server->script("/api/matches/today", {200, quietToday});
@@ -178,7 +180,7 @@ private slots:
         model->fetchScorecard(8);
         QVERIFY(settled(*model));
         QCOMPARE(m_server->requestCount("/api/matches/7/scorecard"), 1);
-        QCOMPARE(model->scorecardErrors().value(8), QStringLiteral("HTTP 404"));
+        QCOMPARE(model->scorecardErrors().value(8), u"HTTP 404"_s);
 
         QSignalSpy loaded(model.get(), &TodayViewModel::matchesChanged);
         model->fetchToday();
@@ -242,12 +244,12 @@ private slots:
         m_server->script("/api/matches/today", {200, quietToday});
         auto model = makeModel();
         QVERIFY(settled(*model));
-        QCOMPARE(model->statusBarTitle(), QStringLiteral("\U0001F3CF  5h 30m"));
+        QCOMPARE(model->statusBarTitle().text, u"\U0001F3CF  5h 30m"_s);
         QSignalSpy titles(model.get(), &TodayViewModel::statusBarTitleChanged);
         m_rig->now = m_rig->now.addSecs(60);
         model->tick();
         QCOMPARE(titles.count(), 1);
-        QCOMPARE(model->statusBarTitle(), QStringLiteral("\U0001F3CF  5h 29m"));
+        QCOMPARE(model->statusBarTitle().text, u"\U0001F3CF  5h 29m"_s);
     }
 
     void resultsLoadOnlyWhenAsked()

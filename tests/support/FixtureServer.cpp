@@ -6,6 +6,8 @@
 #include <QTcpSocket>
 #include <QTimer>
 
+using namespace Qt::Literals::StringLiterals;
+
 FixtureServer::FixtureServer(QObject *parent)
     : QAbstractHttpServer(parent)
 {
@@ -16,7 +18,7 @@ FixtureServer::FixtureServer(QObject *parent)
 
 QString FixtureServer::baseURL() const
 {
-    return QStringLiteral("http://127.0.0.1:%1").arg(m_port);
+    return u"http://127.0.0.1:%1"_s.arg(m_port);
 }
 
 void FixtureServer::script(const QString &path, const FixtureResponse &response)

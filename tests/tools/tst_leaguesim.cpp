@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -144,10 +146,11 @@ private slots:
         const QDateTime tomorrow = LeagueCalendar::startOfNextDay(afternoon);
         for (const ZelMatch &fixture : fixtures) {
             QVERIFY2(startOf(fixture) >= tomorrow, qPrintable(*fixture.startTime));
-            QCOMPARE(fixture.matchStatus, QStringLiteral("upcoming"));
+            QCOMPARE(fixture.matchStatus, u"upcoming"_s);
         }
         for (const ZelMatch &match : today + results) {
-            QVERIFY(match.homeTeamLogoURL() && match.awayTeamLogoURL());
+            QVERIFY(match.homeTeamLogoURL(running.server.origin()) &&
+                    match.awayTeamLogoURL(running.server.origin()));
             if (match.matchStatus == "finished") {
                 QVERIFY(parseSummary(match.firstBattingSummary).runs >= 0);
                 QVERIFY(parseSummary(match.secondBattingSummary).runs >= 0);
@@ -207,9 +210,8 @@ private slots:
             chased ? match.secondBattingTeamCode : match.firstBattingTeamCode;
         QCOMPARE(match.winningTeamID,
                  winnerCode == match.homeTeamAPICode ? match.homeTeamID : match.awayTeamID);
-        const QString margin = chased
-                                   ? QStringLiteral("won by %1 wicket").arg(10 - second.wickets)
-                                   : QStringLiteral("won by %1 run").arg(first.runs - second.runs);
+        const QString margin = chased ? u"won by %1 wicket"_s.arg(10 - second.wickets)
+                                      : u"won by %1 run"_s.arg(first.runs - second.runs);
         QVERIFY2(match.comments.contains(margin), qPrintable(match.comments));
         QVERIFY(chased || second.wickets == 10 || second.balls == 120);
     }
@@ -340,7 +342,7 @@ private slots:
         APIClient client(origin.captured());
         const QList<ZelMatch> today = fetchList(client, &APIClient::fetchTodayMatches);
         QCOMPARE(today.size(), 1);
-        QCOMPARE(today.first().matchStatus, QStringLiteral("live"));
+        QCOMPARE(today.first().matchStatus, u"live"_s);
         QVERIFY(today.first().firstBattingSummary.isEmpty());
         sim.kill();
         sim.waitForFinished();

@@ -83,16 +83,16 @@ private slots:
         PopoverTab &results = *m_popover->resultsTab();
         QCOMPARE(m_popover->todayTab()->content(), Popover::Content::List);
         QCOMPARE(results.content(), Popover::Content::Empty);
-        QCOMPARE(results.message(), QStringLiteral("No results yet"));
-        QCOMPARE(results.label(), QStringLiteral("Results"));
+        QCOMPARE(results.message(), u"No results yet"_s);
+        QCOMPARE(results.label(), u"Results"_s);
         QSignalSpy changed(&results, &PopoverTab::changed);
 
         m_server->script("/api/matches/results", {503, "{}"});
         m_popover->setActiveTab(Popover::Tab::Results);
-        QCOMPARE(results.message(), QStringLiteral("Loading results\u2026"));
+        QCOMPARE(results.message(), u"Loading results\u2026"_s);
         QVERIFY(settled());
         QCOMPARE(results.content(), Popover::Content::Error);
-        QCOMPARE(results.message(), QStringLiteral("\u26A0\uFE0F  HTTP 503"));
+        QCOMPARE(results.message(), u"\u26A0\uFE0F  HTTP 503"_s);
         QCOMPARE(changed.count(), 2);
         m_server->script("/api/matches/results", {200, R"({"matches": [{"matchID": 3}]})"});
         m_popover->retry(Popover::Tab::Results);

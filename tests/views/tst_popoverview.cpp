@@ -11,6 +11,8 @@
 #include <QTest>
 #include <QtQml/qqmlextensionplugin.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 Q_IMPORT_QML_PLUGIN(ZelMenuBarPlugin)
 
 using namespace std::chrono_literals;
@@ -111,7 +113,7 @@ private slots:
 
     void init()
     {
-        QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+        QTest::failOnWarning(QRegularExpression(u"."_s));
         m_rig = std::make_unique<StateRig>();
         m_server = &m_rig->server();
         m_server->script("/api/matches/today", {200, today});
@@ -127,9 +129,9 @@ private slots:
         m_vm = std::make_unique<TodayViewModel>(setup);
         m_popover = std::make_unique<PopoverController>(*m_vm, m_server->baseURL());
         m_view = std::make_unique<QQuickView>();
-        m_view->engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+        m_view->engine()->addImportPath(u"qrc:/qt/qml"_s);
         m_view->setInitialProperties({{"controller", QVariant::fromValue(m_popover.get())}});
-        m_view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml")));
+        m_view->setSource(QUrl(u"qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml"_s));
         QCOMPARE(m_view->status(), QQuickView::Ready);
         m_view->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
@@ -268,7 +270,7 @@ private slots:
         list->setProperty("contentY", 120);
         QQuickItem *opened = nullptr;
         for (QQuickItem *row : rows("todayTab")) {
-            if (row->property("matchKey").toString() == QStringLiteral("106"))
+            if (row->property("matchKey").toString() == u"106"_s)
                 opened = row;
         }
         QVERIFY(opened);
@@ -287,7 +289,7 @@ private slots:
         QVERIFY(settled());
         QCOMPARE(m_popover->todayModel()->rowCount(), 23);
         QVERIFY2(opened->property("showDetail").toBool(), "the opened row stays open");
-        QCOMPARE(opened->property("comments").toString(), QStringLiteral("won"));
+        QCOMPARE(opened->property("comments").toString(), u"won"_s);
         QCOMPARE(onScreen(), shownAt);
     }
 

@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 using BatsmanState = ScorecardPresenter::BatsmanState;
 using Side = ScorecardPresenter::Side;
 
@@ -225,21 +227,19 @@ private slots:
 
     void headerTexts()
     {
-        QCOMPARE(TodayPresenter::formatDate("2026-03-21", english),
-                 QStringLiteral("Saturday, 21 March"));
+        QCOMPARE(TodayPresenter::formatDate("2026-03-21", english), u"Saturday, 21 March"_s);
         QCOMPARE(TodayPresenter::formatDate("", english), QString());
         const QDateTime late = QDateTime::fromString("2026-11-16T23:30:00Z", Qt::ISODate);
-        QCOMPARE(TodayPresenter::todayLabel(late, utc, english),
-                 QStringLiteral("Monday, 16 November 2026"));
+        QCOMPARE(TodayPresenter::todayLabel(late, utc, english), u"Monday, 16 November 2026"_s);
         QCOMPARE(TodayPresenter::todayLabel(late, QTimeZone(5 * 3600 + 1800), english),
-                 QStringLiteral("Tuesday, 17 November 2026"));
+                 u"Tuesday, 17 November 2026"_s);
         QCOMPARE(TodayPresenter::updatedLabel(late, false, QTimeZone(-5 * 3600)),
-                 QStringLiteral("Updated 18:30"));
+                 u"Updated 18:30"_s);
         QCOMPARE(TodayPresenter::updatedLabel(late, true, QTimeZone(-5 * 3600)),
-                 QStringLiteral("Offline \u00B7 Updated 18:30"));
-        QCOMPARE(TodayPresenter::updatedLabel({}, true, utc), QStringLiteral("Offline"));
+                 u"Offline \u00B7 Updated 18:30"_s);
+        QCOMPARE(TodayPresenter::updatedLabel({}, true, utc), u"Offline"_s);
         QCOMPARE(TodayPresenter::updatedLabel({}, false, utc), QString());
-        QCOMPARE(TodayPresenter::errorText("HTTP 503"), QStringLiteral("\u26A0\uFE0F  HTTP 503"));
+        QCOMPARE(TodayPresenter::errorText("HTTP 503"), u"\u26A0\uFE0F  HTTP 503"_s);
         QStringList labels;
         for (auto tab : TodayPresenter::allTabs)
             labels.append(TodayPresenter::label(tab));

@@ -3,13 +3,11 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
-using namespace Qt::Literals::StringLiterals;
-
 QImage StatusIconArt::bat(int side)
 {
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QSvgRenderer renderer(u":/zel-menubar.svg"_s);
+    QSvgRenderer renderer(QStringLiteral(":/zel-menubar.svg"));
     QPainter painter(&image);
     renderer.render(&painter);
     return image;

@@ -117,7 +117,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuItemKeys 
 QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuEvent &event)
 {
     argument.beginStructure();
-    argument << event.id << event.eventId << event.data << event.timestamp;
+    argument << event.id << event.eventID << event.data << event.timestamp;
     argument.endStructure();
     return argument;
 }
@@ -125,7 +125,7 @@ QDBusArgument &operator<<(QDBusArgument &argument, const DBusMenuEvent &event)
 const QDBusArgument &operator>>(const QDBusArgument &argument, DBusMenuEvent &event)
 {
     argument.beginStructure();
-    argument >> event.id >> event.eventId >> event.data >> event.timestamp;
+    argument >> event.id >> event.eventID >> event.data >> event.timestamp;
     argument.endStructure();
     return argument;
 }

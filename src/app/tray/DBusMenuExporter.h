@@ -31,12 +31,12 @@ public:
     static QVariantMap propertiesOf(const MenuEntry &entry);
 
 public slots:
-    Q_SCRIPTABLE uint GetLayout(int parentId, int recursionDepth, const QStringList &propertyNames,
+    Q_SCRIPTABLE uint GetLayout(int parentID, int recursionDepth, const QStringList &propertyNames,
                                 DBusMenuLayoutItem &layout);
     Q_SCRIPTABLE DBusMenuItemPropertiesList GetGroupProperties(const QList<int> &ids,
                                                                const QStringList &propertyNames);
     Q_SCRIPTABLE QDBusVariant GetProperty(int id, const QString &name);
-    Q_SCRIPTABLE void Event(int id, const QString &eventId, const QDBusVariant &data,
+    Q_SCRIPTABLE void Event(int id, const QString &eventID, const QDBusVariant &data,
                             uint timestamp);
     Q_SCRIPTABLE QList<int> EventGroup(const DBusMenuEventList &events);
     Q_SCRIPTABLE bool AboutToShow(int id);

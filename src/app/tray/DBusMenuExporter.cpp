@@ -16,13 +16,13 @@ QList<QStringList> shortcutChords(const QKeySequence &sequence)
         QStringList chord;
         const Qt::KeyboardModifiers modifiers = combination.keyboardModifiers();
         if (modifiers & Qt::ControlModifier)
-            chord << u"Control"_s;
+            chord << QStringLiteral("Control");
         if (modifiers & Qt::AltModifier)
-            chord << u"Alt"_s;
+            chord << QStringLiteral("Alt");
         if (modifiers & Qt::ShiftModifier)
-            chord << u"Shift"_s;
+            chord << QStringLiteral("Shift");
         if (modifiers & Qt::MetaModifier)
-            chord << u"Super"_s;
+            chord << QStringLiteral("Super");
         chord << QKeySequence(combination.key()).toString(QKeySequence::PortableText);
         chords << chord;
     }
@@ -40,18 +40,21 @@ DBusMenuExporter::DBusMenuExporter(EntrySource source, QObject *parent)
 
 QString DBusMenuExporter::textDirection() const
 {
-    return QGuiApplication::layoutDirection() == Qt::RightToLeft ? u"rtl"_s : u"ltr"_s;
+    return QGuiApplication::layoutDirection() == Qt::RightToLeft ? QStringLiteral("rtl")
+                                                                 : QStringLiteral("ltr");
 }
 
 QVariantMap DBusMenuExporter::propertiesOf(const MenuEntry &entry)
 {
     if (entry.isSeparator())
-        return {{u"type"_s, u"separator"_s}};
-    QVariantMap properties{{u"label"_s, QString(entry.label).replace(u'_', u"__"_s)}};
+        return {{QStringLiteral("type"), QStringLiteral("separator")}};
+    QVariantMap properties{
+        {QStringLiteral("label"), QString(entry.label).replace(u'_', QStringLiteral("__"))}};
     if (!entry.enabled)
-        properties.insert(u"enabled"_s, false);
+        properties.insert(QStringLiteral("enabled"), false);
     if (!entry.shortcut.isEmpty())
-        properties.insert(u"shortcut"_s, QVariant::fromValue(shortcutChords(entry.shortcut)));
+        properties.insert(QStringLiteral("shortcut"),
+                          QVariant::fromValue(shortcutChords(entry.shortcut)));
     return properties;
 }
 
@@ -75,7 +78,8 @@ void DBusMenuExporter::refresh()
 QVariantMap DBusMenuExporter::propertiesOf(int id, const QStringList &names) const
 {
     QVariantMap all =
-        id == 0 ? QVariantMap{{u"children-display"_s, u"submenu"_s}} : m_properties.value(id - 1);
+        id == 0 ? QVariantMap{{QStringLiteral("children-display"), QStringLiteral("submenu")}}
+                : m_properties.value(id - 1);
     if (names.isEmpty())
         return all;
     QVariantMap chosen;
@@ -86,17 +90,17 @@ QVariantMap DBusMenuExporter::propertiesOf(int id, const QStringList &names) con
     return chosen;
 }
 
-uint DBusMenuExporter::GetLayout(int parentId, int recursionDepth, const QStringList &propertyNames,
+uint DBusMenuExporter::GetLayout(int parentID, int recursionDepth, const QStringList &propertyNames,
                                  DBusMenuLayoutItem &layout)
 {
-    if (parentId == 0)
+    if (parentID == 0)
         refresh();
-    if (!exists(parentId)) {
-        sendErrorReply(QDBusError::InvalidArgs, u"No menu item %1"_s.arg(parentId));
+    if (!exists(parentID)) {
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("No menu item %1").arg(parentID));
         return m_revision;
     }
-    layout = {parentId, propertiesOf(parentId, propertyNames), {}};
-    if (parentId == 0 && recursionDepth != 0) {
+    layout = {parentID, propertiesOf(parentID, propertyNames), {}};
+    if (parentID == 0 && recursionDepth != 0) {
         for (int id = 1; id <= m_entries.size(); ++id)
             layout.children.append({id, propertiesOf(id, propertyNames), {}});
     }
@@ -118,15 +122,16 @@ QDBusVariant DBusMenuExporter::GetProperty(int id, const QString &name)
 {
     const QVariantMap properties = propertiesOf(id, {name});
     if (!exists(id) || properties.isEmpty()) {
-        sendErrorReply(QDBusError::InvalidArgs, u"No property %1 on item %2"_s.arg(name).arg(id));
+        sendErrorReply(QDBusError::InvalidArgs,
+                       QStringLiteral("No property %1 on item %2").arg(name).arg(id));
         return QDBusVariant(QString());
     }
     return QDBusVariant(properties.value(name));
 }
 
-void DBusMenuExporter::Event(int id, const QString &eventId, const QDBusVariant &, uint)
+void DBusMenuExporter::Event(int id, const QString &eventID, const QDBusVariant &, uint)
 {
-    if (eventId != "clicked"_L1 || id < 1 || id > m_entries.size())
+    if (eventID != "clicked"_L1 || id < 1 || id > m_entries.size())
         return;
     const MenuEntry &entry = m_entries.at(id - 1);
     if (!entry.enabled || !entry.trigger)
@@ -140,7 +145,7 @@ QList<int> DBusMenuExporter::EventGroup(const DBusMenuEventList &events)
     QList<int> idErrors;
     for (const DBusMenuEvent &event : events) {
         if (exists(event.id))
-            Event(event.id, event.eventId, event.data, event.timestamp);
+            Event(event.id, event.eventID, event.data, event.timestamp);
         else
             idErrors.append(event.id);
     }

@@ -8,11 +8,9 @@
 #include <QDBusConnectionInterface>
 #include <QLoggingCategory>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 Q_LOGGING_CATEGORY(lcSwitch, "zel.tray")
-const QString watcherService = u"org.kde.StatusNotifierWatcher"_s;
+const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
 } // namespace
 
 StatusItemSwitch::StatusItemSwitch(DBusMenuExporter::EntrySource menuEntries, QObject *parent)

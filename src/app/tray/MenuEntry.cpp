@@ -2,8 +2,6 @@
 
 #include <QMenu>
 
-using namespace Qt::Literals::StringLiterals;
-
 QMenu *MenuEntry::createMenu(const QList<MenuEntry> &entries, QWidget *parent)
 {
     auto *menu = new QMenu(parent);
@@ -13,7 +11,7 @@ QMenu *MenuEntry::createMenu(const QList<MenuEntry> &entries, QWidget *parent)
             continue;
         }
         // A lone "&" would otherwise turn into a keyboard mnemonic.
-        QAction *action = menu->addAction(QString(entry.label).replace(u'&', u"&&"_s));
+        QAction *action = menu->addAction(QString(entry.label).replace(u'&', QStringLiteral("&&")));
         action->setEnabled(entry.enabled);
         action->setShortcut(entry.shortcut);
         if (entry.trigger)

@@ -49,7 +49,7 @@ using DBusMenuItemKeysList = QList<DBusMenuItemKeys>;
 // "(isvu)": one event of an EventGroup call.
 struct DBusMenuEvent {
     int id = 0;
-    QString eventId;
+    QString eventID;
     QDBusVariant data;
     uint timestamp = 0;
 };

@@ -9,14 +9,12 @@
 #include <QLoggingCategory>
 #include <QTimer>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 Q_LOGGING_CATEGORY(lcTray, "zel.tray")
 
-const QString itemPath = u"/StatusNotifierItem"_s;
-const QString menuPath = u"/MenuBar"_s;
+const QString itemPath = QStringLiteral("/StatusNotifierItem");
+const QString menuPath = QStringLiteral("/MenuBar");
 
 } // namespace
 
@@ -24,7 +22,8 @@ StatusNotifierItem::StatusNotifierItem(const QImage &icon,
                                        DBusMenuExporter::EntrySource menuEntries, QObject *parent)
     : StatusItem(parent)
     , m_bus(QDBusConnection::sessionBus())
-    , m_serviceName(u"org.kde.StatusNotifierItem-%1-1"_s.arg(QCoreApplication::applicationPid()))
+    , m_serviceName(
+          QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
     , m_menu(std::move(menuEntries))
     , m_icon(imagesOf(icon))
     , m_title(StatusTitle::bat)
@@ -45,8 +44,9 @@ StatusNotifierItem::StatusNotifierItem(const QImage &icon,
 void StatusNotifierItem::registerWithWatcher(int attemptsLeft)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
-        u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
-        u"org.kde.StatusNotifierWatcher"_s, u"RegisterStatusNotifierItem"_s);
+        QStringLiteral("org.kde.StatusNotifierWatcher"), QStringLiteral("/StatusNotifierWatcher"),
+        QStringLiteral("org.kde.StatusNotifierWatcher"),
+        QStringLiteral("RegisterStatusNotifierItem"));
     call << m_serviceName;
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this,
@@ -104,7 +104,7 @@ DBusToolTip StatusNotifierItem::toolTip() const
 
 QString StatusNotifierItem::labelGuide() const
 {
-    return u"MMM \U0001F534 888/8 (88.8) \u00B7 888/8"_s;
+    return QStringLiteral("MMM \U0001F534 888/8 (88.8) \u00B7 888/8");
 }
 
 void StatusNotifierItem::Activate(int x, int y)
