@@ -1,55 +1,15 @@
-#include "LeagueCalendar.h"
-#include "RefreshSchedule.h"
+#include "SampleMatches.h"
 #include "StatusTitle.h"
 
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
-using namespace std::chrono_literals;
+using namespace SampleMatches;
 
 namespace {
-
-const QDateTime now = QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
 const QString bat = u"\U0001F3CF"_s;
-
-ZelMatch match(const QString &status, std::optional<QString> start, const QString &comments = {})
-{
-    ZelMatch m;
-    m.matchStatus = status;
-    m.startTime = std::move(start);
-    m.comments = comments;
-    m.homeTeamAPICode = "STH";
-    m.awayTeamAPICode = "NTH";
-    return m;
 }
-
-// A start so many minutes from the fixed "now".
-QString in(qint64 minutes)
-{
-    return now.addSecs(minutes * 60).toString(Qt::ISODate);
-}
-
-ZelMatch live(const QString &innings, const QString &first, const QString &second)
-{
-    ZelMatch m = match("live", in(-60));
-    m.currentInnings = innings;
-    m.firstBattingTeamCode = "NTH";
-    m.secondBattingTeamCode = "STH";
-    m.firstBattingSummary = first;
-    m.secondBattingSummary = second;
-    return m;
-}
-
-QList<std::optional<QDateTime>> startsOf(const QList<ZelMatch> &list)
-{
-    QList<std::optional<QDateTime>> starts;
-    for (const ZelMatch &m : list)
-        starts.append(LeagueCalendar::parseStartTime(m.startTime));
-    return starts;
-}
-
-} // namespace
 
 Q_DECLARE_METATYPE(StatusTitle::State)
 
@@ -85,6 +45,14 @@ private slots:
             m.awayTeamAPICode.clear();
             return m;
         }()} << QList<ZelMatch>{} << bat + "  Delayed";
+        QTest::newRow("of several delays, the earliest start")
+            << QList<ZelMatch>{match("upcoming", in(-5), "Rain", "LAT", "ERL"),
+                               match("upcoming", in(-20), "Rain", "EAR", "LY")}
+            << QList<ZelMatch>{} << bat + "  EAR vs LY \u2022 Delayed";
+        QTest::newRow("a delay from yesterday is not today's")
+            << QList<ZelMatch>{match("upcoming", "2026-11-21T23:59:00+05:30", "Rain"),
+                               match("upcoming", in(90))}
+            << QList<ZelMatch>{} << bat + "  1h 30m";
         QTest::newRow("blank comment is no delay")
             << QList<ZelMatch>{match("upcoming", in(125), " \t ")} << QList<ZelMatch>{}
             << bat + "  2h 5m";
@@ -101,6 +69,12 @@ private slots:
             << QList<ZelMatch>{match("finished", in(-400), "Earlier result"),
                                match("finished", in(-200))}
             << QList<ZelMatch>{fixture} << bat + "  2d 5h";
+        QTest::newRow("a result from the day's first second counts")
+            << QList<ZelMatch>{match("finished", "2026-11-22T00:00:00+05:30", "Early win")}
+            << QList<ZelMatch>{} << bat + "  Early win";
+        QTest::newRow("yesterday's result is not today's")
+            << QList<ZelMatch>{match("finished", "2026-11-21T23:59:59+05:30", "Late win")}
+            << QList<ZelMatch>{} << bat;
         QTest::newRow("tomorrow's upcoming match is not today's")
             << QList<ZelMatch>{match("upcoming", "2026-11-23T00:00:00+05:30")} << QList<ZelMatch>{}
             << bat;
@@ -178,7 +152,14 @@ private slots:
         toss.homeTeamID = "5";
         toss.firstBattingTeamID = 5;
         toss.tossDetails = "Northport won the toss and elected to bowl";
+        toss.awayTeamName = "Southshore";
+        toss.awayTeamID = "6";
         QTest::newRow("toss named, home batted first") << toss << bat + "  NTH chose to field";
+        toss.tossDetails = "Southshore won the toss and elected to bowl";
+        QTest::newRow("away won the toss, bats second") << toss << bat + "  STH chose to field";
+        toss.tossDetails = "The visitors won the toss and elected to bat";
+        QTest::newRow("toss names neither side: the first batting side")
+            << toss << bat + "  NTH chose to bat";
         toss.tossDetails = "Northport won the toss";
         QTest::newRow("toss without a decision") << toss << bat + "  Zel \u2022 Toss";
         toss.tossDetails.clear();
@@ -233,85 +214,6 @@ private slots:
     {
         QFETCH(qint64, seconds);
         QTEST(StatusTitle::countdown(now.addSecs(seconds), now), "text");
-    }
-
-    void refreshInterval_data()
-    {
-        QTest::addColumn<QList<ZelMatch>>("today");
-        QTest::addColumn<qint64>("seconds");
-
-        QTest::newRow("nothing") << QList<ZelMatch>{} << 600LL;
-        QTest::newRow("live") << QList<ZelMatch>{match("upcoming", in(300)), live("1", "", "")}
-                              << 30LL;
-        QTest::newRow("starts in 20 min") << QList<ZelMatch>{match("upcoming", in(20))} << 30LL;
-        QTest::newRow("start passed") << QList<ZelMatch>{match("upcoming", in(-10))} << 30LL;
-        QTest::newRow("starts in 35 min") << QList<ZelMatch>{match("upcoming", in(35))} << 300LL;
-        QTest::newRow("starts in 45 min") << QList<ZelMatch>{match("upcoming", in(45))} << 600LL;
-        QTest::newRow("notice") << QList<ZelMatch>{match("upcoming", in(300), "Rain")} << 60LL;
-        QTest::newRow("blank notice") << QList<ZelMatch>{match("upcoming", in(300), " ")} << 600LL;
-        QTest::newRow("nearest start wins")
-            << QList<ZelMatch>{match("upcoming", in(38)), match("upcoming", in(33))} << 180LL;
-        QTest::newRow("no start") << QList<ZelMatch>{match("upcoming", std::nullopt)} << 600LL;
-        QTest::newRow("finished only") << QList<ZelMatch>{match("finished", in(-30))} << 600LL;
-    }
-
-    void refreshInterval()
-    {
-        QFETCH(QList<ZelMatch>, today);
-        QFETCH(qint64, seconds);
-        const auto starts = startsOf(today);
-        QCOMPARE(RefreshSchedule::interval({today, starts}, now),
-                 std::chrono::milliseconds(seconds * 1000));
-    }
-
-    void parseStartTime_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("utc"); // empty: no date
-
-        QTest::newRow("fraction and offset") << "2026-04-12T19:30:00.000+05:30"
-                                             << "2026-04-12T14:00:00.000Z";
-        QTest::newRow("no fraction") << "2026-04-12T19:30:00+05:30"
-                                     << "2026-04-12T14:00:00.000Z";
-        QTest::newRow("Z") << "2026-04-05T20:00:00Z"
-                           << "2026-04-05T20:00:00.000Z";
-        QTest::newRow("negative offset") << "2026-04-05T20:00:00.5-03:00"
-                                         << "2026-04-05T23:00:00.500Z";
-        QTest::newRow("missing offset") << "2026-04-05T20:00:00"
-                                        << "";
-        QTest::newRow("offset without colon") << "2026-04-05T20:00:00+0530"
-                                              << "";
-        QTest::newRow("impossible date") << "2026-02-30T20:00:00Z"
-                                         << "";
-        QTest::newRow("hour 24") << "2026-02-03T24:00:00Z"
-                                 << "";
-        QTest::newRow("lower-case t") << "2026-04-05t20:00:00Z"
-                                      << "";
-        QTest::newRow("empty fraction") << "2026-04-05T20:00:00.Z"
-                                        << "";
-        QTest::newRow("trailing space") << "2026-04-05T20:00:00Z "
-                                        << "";
-        QTest::newRow("date only") << "2026-04-05"
-                                   << "";
-        QTest::newRow("empty") << ""
-                               << "";
-    }
-
-    void parseStartTime()
-    {
-        QFETCH(QString, text);
-        const auto parsed = LeagueCalendar::parseStartTime(QStringView(text));
-        QTEST(parsed ? parsed->toUTC().toString(Qt::ISODateWithMs) : QString(), "utc");
-    }
-
-    void leagueDayIgnoresTheMachineZone()
-    {
-        // 20:00 UTC on the 5th is already the 6th in India.
-        const QDateTime moment = QDateTime::fromString("2026-04-05T20:00:00Z", Qt::ISODate);
-        QCOMPARE(LeagueCalendar::startOfDay(moment).toUTC(),
-                 QDateTime::fromString("2026-04-05T18:30:00Z", Qt::ISODate));
-        QCOMPARE(LeagueCalendar::startOfNextDay(moment).toUTC(),
-                 QDateTime::fromString("2026-04-06T18:30:00Z", Qt::ISODate));
     }
 };
 

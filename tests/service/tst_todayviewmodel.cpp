@@ -119,24 +119,6 @@ private slots:
         QCOMPARE(model->autoRefreshInterval(), 600s);
     }
 
-    void retryWaitsDoubleUpToTheIdleInterval_data()
-    {
-        QTest::addColumn<int>("failures");
-        QTest::addColumn<int>("seconds");
-        QTest::newRow("first") << 1 << 30;
-        QTest::newRow("second") << 2 << 60;
-        QTest::newRow("fifth") << 5 << 480;
-        QTest::newRow("sixth reaches the idle interval") << 6 << 600;
-        QTest::newRow("hundredth") << 100 << 600;
-    }
-
-    void retryWaitsDoubleUpToTheIdleInterval()
-    {
-        QFETCH(int, failures);
-        QFETCH(int, seconds);
-        QCOMPARE(RefreshSchedule::retryAfter(failures), std::chrono::seconds(seconds));
-    }
-
     void floodOfLiveMatchesStartsFewScorecardRequests()
     {
         QByteArray body = R"({"matches": [)";

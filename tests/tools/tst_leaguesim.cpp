@@ -4,13 +4,7 @@
 #include "LeagueCalendar.h"
 #include "LeagueServer.h"
 
-#include <memory>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTcpServer>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -28,14 +22,12 @@ struct RunningLeague {
     IngestSink ingest;
     LeagueServer server;
 
-    RunningLeague(League::Scenario scenario, const QDateTime &moment,
-                  FaultInjector::Rates faults = {}, const QString &ingestLog = {},
-                  int ingestStatus = 200)
+    RunningLeague(League::Scenario scenario, const QDateTime &moment)
         : now(moment)
         , league(scenario, 7, moment)
-        , ingest(ingestLog, ingestStatus)
+        , ingest({}, 200)
         , server(
-              league, [this] { return now; }, FaultInjector(faults, 7), ingest)
+              league, [this] { return now; }, FaultInjector({}, 7), ingest)
     {
         QString error;
         if (!ingest.open(&error) || !server.start(0, &error))
@@ -93,33 +85,17 @@ private slots:
         QTest::addColumn<QString>("todayStatus"); // of the scenario's match; empty: none today
         QTest::addColumn<QString>("innings");     // the live innings, if any
 
-        QTest::newRow("season") << "season"
-                                << "upcoming"
-                                << "";
-        QTest::newRow("live-first-innings") << "live-first-innings"
-                                            << "live"
-                                            << "1";
-        QTest::newRow("live-second-innings") << "live-second-innings"
-                                             << "live"
-                                             << "2";
-        QTest::newRow("toss") << "toss"
-                              << "live"
-                              << "";
-        QTest::newRow("rain-delay") << "rain-delay"
-                                    << "upcoming"
-                                    << "";
-        QTest::newRow("next-start-today") << "next-start-today"
-                                          << "upcoming"
-                                          << "";
-        QTest::newRow("todays-result") << "todays-result"
-                                       << "finished"
-                                       << "";
-        QTest::newRow("no-match-today") << "no-match-today"
-                                        << ""
-                                        << "";
-        QTest::newRow("empty") << "empty"
-                               << ""
-                               << "";
+        // clang-format off
+        QTest::newRow("season") << "season" << "upcoming" << "";
+        QTest::newRow("live-first-innings") << "live-first-innings" << "live" << "1";
+        QTest::newRow("live-second-innings") << "live-second-innings" << "live" << "2";
+        QTest::newRow("toss") << "toss" << "live" << "";
+        QTest::newRow("rain-delay") << "rain-delay" << "upcoming" << "";
+        QTest::newRow("next-start-today") << "next-start-today" << "upcoming" << "";
+        QTest::newRow("todays-result") << "todays-result" << "finished" << "";
+        QTest::newRow("no-match-today") << "no-match-today" << "" << "";
+        QTest::newRow("empty") << "empty" << "" << "";
+        // clang-format on
     }
 
     // Every scenario serves data that makes sense through the app's own client.
@@ -215,141 +191,7 @@ private slots:
         QVERIFY2(match.comments.contains(margin), qPrintable(match.comments));
         QVERIFY(chased || second.wickets == 10 || second.balls == 120);
     }
-
-    void faults_data()
-    {
-        QTest::addColumn<FaultInjector::Rates>("rates");
-        QTest::addColumn<QString>("domain");
-
-        QTest::newRow("fail") << FaultInjector::Rates{1, 0, 0, 0, 0} << "APIClient";
-        QTest::newRow("drop") << FaultInjector::Rates{0, 1, 0, 0, 0} << "Network";
-        QTest::newRow("garbage") << FaultInjector::Rates{0, 0, 1, 0, 0} << "ZelDecoding";
-        QTest::newRow("endless") << FaultInjector::Rates{0, 0, 0, 1, 0} << "Network";
-    }
-
-    void faults()
-    {
-        QFETCH(FaultInjector::Rates, rates);
-        QFETCH(QString, domain);
-        RunningLeague running(League::Scenario::Season, afternoon, rates);
-        APIClient client(running.server.origin());
-        // Several requests, so that every kind of garbage has its turn.
-        for (int i = 0; i < 6; ++i) {
-            auto result = await<QList<ZelMatch>>(
-                [&](auto done) { client.fetchResultMatches(std::move(done)); });
-            QVERIFY(!result.isOk());
-            QCOMPARE(result.error().domain, domain);
-            if (domain == "APIClient")
-                QVERIFY(result.error().code == 500 || result.error().code == 503);
-        }
-    }
-
-    void ingest_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QByteArray>("contentType");
-        QTest::addColumn<int>("configured");
-        QTest::addColumn<int>("answered");
-        QTest::addColumn<bool>("kept");
-
-        const QByteArray batch = R"([{"type": "app.launched", "appID": "x"}])";
-        const QByteArray json = "application/json";
-        QTest::newRow("plain") << "/v2/" << batch << json << 200 << 200 << true;
-        QTest::newRow("namespace") << "/v2/namespace/zel/" << batch << json << 200 << 200 << true;
-        QTest::newRow("fault status") << "/v2/" << batch << json << 503 << 503 << false;
-        QTest::newRow("not an array")
-            << "/v2/" << QByteArray(R"({"type": 1})") << json << 200 << 400 << false;
-        QTest::newRow("not sent as JSON")
-            << "/v2/" << batch << QByteArray("text/plain") << 200 << 400 << false;
-    }
-
-    void ingest()
-    {
-        QFETCH(QString, path);
-        QFETCH(QByteArray, body);
-        QFETCH(int, configured);
-        QTemporaryDir dir;
-        const QString log = dir.filePath("ingest.jsonl");
-        RunningLeague running(League::Scenario::Empty, afternoon, {}, log, configured);
-
-        QNetworkAccessManager network;
-        QNetworkRequest request(QUrl(running.server.origin() + path));
-        QFETCH(QByteArray, contentType);
-        request.setHeader(QNetworkRequest::ContentTypeHeader, contentType);
-        std::unique_ptr<QNetworkReply> reply(network.post(request, body));
-        QTRY_VERIFY(reply->isFinished());
-        QTEST(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), "answered");
-
-        QFile file(log);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray lines = file.readAll();
-        QFETCH(bool, kept);
-        QCOMPARE(lines, kept ? QByteArray(R"([{"appID":"x","type":"app.launched"}])"
-                                          "\n")
-                             : QByteArray());
-    }
-
-    void commandLine_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("says");
-
-        QTest::newRow("help") << QStringList{"--help"} << 0 << "live-second-innings";
-        QTest::newRow("unknown option") << QStringList{"--colour"} << 2 << "Unknown option";
-        QTest::newRow("unknown scenario")
-            << QStringList{"--scenario", "snow"} << 2 << "unknown scenario \"snow\"";
-        QTest::newRow("rate out of range")
-            << QStringList{"--fail-rate", "2"} << 2 << "--fail-rate takes a number from 0 to 1";
-        QTest::newRow("start without offset") << QStringList{"--start", "2026-04-05T19:30:00"} << 2
-                                              << "ISO 8601 moment with an offset";
-    }
-
-    void commandLine()
-    {
-        QFETCH(QStringList, arguments);
-        QProcess sim;
-        sim.start(ZEL_LEAGUE_SIM, arguments);
-        QVERIFY(sim.waitForFinished(10000));
-        QTEST(sim.exitCode(), "exitCode");
-        QFETCH(QString, says);
-        const QString output = sim.readAllStandardOutput() + sim.readAllStandardError();
-        QVERIFY2(output.contains(says), qPrintable(output));
-    }
-
-    void portInUse()
-    {
-        QTcpServer taken;
-        QVERIFY(taken.listen(QHostAddress::LocalHost));
-        QProcess sim;
-        sim.start(ZEL_LEAGUE_SIM, {"--port", QString::number(taken.serverPort())});
-        QVERIFY(sim.waitForFinished(10000));
-        QCOMPARE(sim.exitCode(), 2);
-        QVERIFY(sim.readAllStandardError().contains("cannot listen on 127.0.0.1"));
-    }
-
-    void servesAsAProcess()
-    {
-        QProcess sim;
-        sim.start(ZEL_LEAGUE_SIM, {"--port", "0", "--scenario", "toss", "--seed", "3", "--start",
-                                   "2026-11-22T14:00:00+05:30"});
-        QVERIFY(sim.waitForReadyRead(10000));
-        const QString line = sim.readLine();
-        const auto origin = QRegularExpression("http://127\\.0\\.0\\.1:\\d+").match(line);
-        QVERIFY2(origin.hasMatch(), qPrintable(line));
-
-        APIClient client(origin.captured());
-        const QList<ZelMatch> today = fetchList(client, &APIClient::fetchTodayMatches);
-        QCOMPARE(today.size(), 1);
-        QCOMPARE(today.first().matchStatus, u"live"_s);
-        QVERIFY(today.first().firstBattingSummary.isEmpty());
-        sim.kill();
-        sim.waitForFinished();
-    }
 };
-
-Q_DECLARE_METATYPE(FaultInjector::Rates)
 
 QTEST_MAIN(LeagueSimTest)
 #include "tst_leaguesim.moc"
