@@ -150,29 +150,78 @@ private slots:
         QCOMPARE(model->autoRefreshInterval(), 600s); // next start five and a half hours away
     }
 
-    void liveScorecardsAreFetchedAgainOnEachLoad()
+    // A scorecard answer touches only its own match; a reload of today clears and refetches
+    // the live ones and leaves the rest, errors included, as they were.
+    void scorecardOutcomesAndReloads()
     {
-        m_server->script("/api/matches/7/scorecard", {200, scorecard, 150ms});
+        m_server->script("/api/matches/7/scorecard", {500, "{}"});
         auto model = makeModel();
         QVERIFY(settled(*model));
-        QVERIFY(model->scorecards().contains(7));
-        QCOMPARE(m_server->requestCount("/api/matches/7/scorecard"), 1);
+        QCOMPARE(model->scorecardErrors().value(7), u"HTTP 500"_s);
+        const QDateTime loadedAt = model->lastUpdated();
+        m_rig->now = m_rig->now.addSecs(10);
 
-        model->fetchScorecard(7); // cached: nothing to do
         model->fetchScorecard(8);
         QVERIFY(settled(*model));
-        QCOMPARE(m_server->requestCount("/api/matches/7/scorecard"), 1);
         QCOMPARE(model->scorecardErrors().value(8), u"HTTP 404"_s);
+        m_server->script("/api/matches/8/scorecard", {200, scorecard});
+        model->fetchScorecard(8);
+        QVERIFY(settled(*model));
+        QVERIFY(model->scorecards().contains(8));
+        QCOMPARE(model->scorecardErrors().value(8), u"HTTP 404"_s); // a success keeps it
+        model->fetchScorecard(8);                                   // cached: nothing to do
+        QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 2);
+        QCOMPARE(model->lastUpdated(), loadedAt);
 
+        m_server->script("/api/matches/7/scorecard", {200, scorecard, 150ms});
         QSignalSpy loaded(model.get(), &TodayViewModel::matchesChanged);
         model->fetchToday();
         QTRY_COMPARE(loaded.count(), 1);
-        QVERIFY2(!model->scorecards().contains(7), "a live scorecard is dropped before refetching");
+        QCOMPARE(model->lastUpdated(), m_rig->now);
+        QVERIFY(!model->scorecardErrors().contains(7));
         QVERIFY(model->loadingScorecards().contains(7));
+        QVERIFY(model->scorecards().contains(8) && model->scorecardErrors().contains(8));
         QVERIFY(settled(*model));
         QVERIFY(model->scorecards().contains(7));
         QCOMPARE(m_server->requestCount("/api/matches/7/scorecard"), 2);
-        QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
+        QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 2);
+
+        // A live scorecard is dropped while it is fetched again.
+        model->fetchToday();
+        QTRY_COMPARE(loaded.count(), 2);
+        QVERIFY(!model->scorecards().contains(7));
+        QVERIFY(settled(*model));
+    }
+
+    // Fixtures prefetch from everything they received, today's matches included; results when
+    // they load.
+    void everyListLoadPrefetchesItsLogos()
+    {
+        m_server->script("/api/matches/today", {200, R"({"matches": []})"});
+        m_server->script("/api/matches/upcoming", {200, R"({"matches": [{"matchID": 31,
+            "status": "upcoming", "startTime": "2026-11-22T19:30:00+05:30",
+            "homeTeam": {"id": "1", "name": "N", "logoURL": "/logos/tonight.png", "code": "N"}}]})"});
+        m_server->script("/api/matches/results", {200, R"({"matches": [{"matchID": 32,
+            "awayTeam": {"id": "2", "name": "S", "logoURL": "/logos/result.png", "code": "S"}}]})"});
+        auto model = makeModel();
+        QVERIFY(settled(*model));
+        QVERIFY(model->fixtureMatches().isEmpty());
+        QTRY_VERIFY(m_server->requestedPaths().contains("/logos/tonight.png"));
+        QVERIFY(!m_server->requestedPaths().contains("/logos/result.png"));
+        model->fetchResults();
+        QTRY_VERIFY(m_server->requestedPaths().contains("/logos/result.png"));
+    }
+
+    // The title reads today's matches and the fixtures, so either load recomputes it.
+    void fixturesLoadRecomputesTheTitle()
+    {
+        m_server->script("/api/matches/today", {200, R"({"matches": []})"});
+        m_server->script("/api/matches/upcoming", {200, fixtures, 200ms});
+        auto model = makeModel();
+        QTRY_VERIFY(!model->isLoading());
+        QCOMPARE(model->statusBarTitle().text, u"\U0001F3CF"_s);
+        QVERIFY(settled(*model));
+        QCOMPARE(model->statusBarTitle().text, u"\U0001F3CF  10h"_s);
     }
 
     void wakeDropsThePendingRefreshThenReloads()
