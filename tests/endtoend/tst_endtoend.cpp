@@ -1,13 +1,11 @@
 #include "DBusWireTypes.h"
+#include "DesktopSession.h"
+#include "StatusNotifierHost.h"
 #include "TodayViewModel.h"
 #include "ZelConfig.h"
 
-#include <csignal>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusInterface>
 #include <QDBusMessage>
-#include <QDBusReply>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -17,9 +15,7 @@
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
-#include <sys/prctl.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -40,74 +36,32 @@ public slots:
 class EndToEndTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_home;
-    QString m_display;
-    QProcess m_xserver;
+    DesktopSession m_desktop;
+    StatusNotifierHost m_panel{m_desktop};
     QProcess m_sim;
     QProcess m_app;
     QProcess m_host; // trayer or status-notifier-watcher
 
-    QProcessEnvironment environment() const
+    QList<DesktopSession::Window> windows() const
     {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(u"DISPLAY"_s, m_display);
-        env.remove(u"QT_QPA_PLATFORM"_s);
-        env.remove(u"WAYLAND_DISPLAY"_s);
-        env.insert(u"XDG_RUNTIME_DIR"_s, m_home.path());
-        env.insert(u"XDG_CACHE_HOME"_s, m_home.filePath(u"cache"_s));
-        env.insert(u"XDG_CONFIG_HOME"_s, m_home.filePath(u"config"_s));
-        return env;
+        return m_desktop.windows(u"zel-menubar-e2e"_s);
     }
 
-    QString run(const QString &program, const QStringList &arguments)
+    QRect popover() const
     {
-        QProcess process;
-        process.setProcessEnvironment(environment());
-        process.start(program, arguments);
-        process.waitForFinished(10000);
-        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-    }
-
-    struct Window {
-        QString name;
-        QRect geometry;
-    };
-
-    // The application's visible windows.
-    QList<Window> windows()
-    {
-        QList<Window> found;
-        const QStringList ids = run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s,
-                                                   u"--classname"_s, u"^zel-menubar-e2e$"_s})
-                                    .split(u'\n', Qt::SkipEmptyParts);
-        static const QRegularExpression shell(u"X=(-?\\d+)\\s+Y=(-?\\d+)\\s+WIDTH=(\\d+)\\s+"
-                                              "HEIGHT=(\\d+)"_s);
-        for (const QString &id : ids) {
-            const auto match =
-                shell.match(run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, id}));
-            if (match.hasMatch())
-                found.append({run(u"xdotool"_s, {u"getwindowname"_s, id}),
-                              QRect(match.captured(1).toInt(), match.captured(2).toInt(),
-                                    match.captured(3).toInt(), match.captured(4).toInt())});
-        }
-        return found;
-    }
-
-    QRect popover()
-    {
-        for (const Window &window : windows()) {
+        for (const auto &window : windows()) {
             if (window.name.startsWith(u"Scores"_s))
                 return window.geometry;
         }
         return {};
     }
 
-    bool popoverShown() { return !popover().isEmpty(); }
+    bool popoverShown() const { return !popover().isEmpty(); }
 
     // The tray icon inside trayer: the application's small window.
-    QRect trayIcon()
+    QRect trayIcon() const
     {
-        for (const Window &window : windows()) {
+        for (const auto &window : windows()) {
             if (window.geometry.width() > 1 && window.geometry.width() <= 64 &&
                 window.geometry.height() <= 64)
                 return window.geometry;
@@ -115,51 +69,28 @@ class EndToEndTest : public QObject {
         return {};
     }
 
-    QRect contextMenu()
+    QRect contextMenu() const
     {
-        for (const Window &window : windows()) {
+        for (const auto &window : windows()) {
             if (!window.name.startsWith(u"Scores"_s) && window.geometry.height() > 64)
                 return window.geometry;
         }
         return {};
     }
 
-    void click(QPoint at, int button)
-    {
-        run(u"xdotool"_s, {u"mousemove"_s, QString::number(at.x()), QString::number(at.y()),
-                           u"click"_s, QString::number(button)});
-    }
-
-    // Children go when the test goes, even when it is killed on a timeout.
-    static void tieToTest(QProcess &process)
-    {
-        process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
-    }
-
     bool startSim(const QStringList &arguments)
     {
-        tieToTest(m_sim);
+        DesktopSession::tieToTest(m_sim);
         m_sim.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_sim.start(QStringLiteral(ZEL_LEAGUE_SIM),
                     QStringList{u"--port"_s, QString::number(ZEL_E2E_PORT)} + arguments);
         return m_sim.waitForReadyRead(10000);
     }
 
-    void stop(QProcess &process)
-    {
-        if (process.state() == QProcess::NotRunning)
-            return;
-        process.terminate();
-        if (!process.waitForFinished(5000)) {
-            process.kill();
-            process.waitForFinished();
-        }
-    }
-
     bool startApp()
     {
-        tieToTest(m_app);
-        m_app.setProcessEnvironment(environment());
+        DesktopSession::tieToTest(m_app);
+        m_app.setProcessEnvironment(m_desktop.environment());
         m_app.setProcessChannelMode(QProcess::ForwardedChannels);
         m_app.start(QStringLiteral(ZEL_E2E_APP));
         return m_app.waitForStarted();
@@ -167,39 +98,11 @@ class EndToEndTest : public QObject {
 
     bool startTrayer(QProcess &trayer)
     {
-        tieToTest(trayer);
-        trayer.setProcessEnvironment(environment());
+        DesktopSession::tieToTest(trayer);
+        trayer.setProcessEnvironment(m_desktop.environment());
         trayer.start(u"trayer"_s, {u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s,
                                    u"--widthtype"_s, u"request"_s, u"--height"_s, u"24"_s});
         return trayer.waitForStarted();
-    }
-
-    bool startWatcher()
-    {
-        tieToTest(m_host);
-        m_host.setProcessEnvironment(environment());
-        m_host.start(u"status-notifier-watcher"_s);
-        if (!m_host.waitForStarted())
-            return false;
-        // A watcher only counts a host that is present; this test plays the host.
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        const QString host =
-            u"org.kde.StatusNotifierHost-%1"_s.arg(QCoreApplication::applicationPid());
-        bus.registerService(host);
-        // The watcher takes its name before it exports its object, and the previous test's
-        // watcher may still hold the name for a moment: ask this one until it answers.
-        return QTest::qWaitFor(
-            [&] {
-                if (bus.interface()->servicePid(u"org.kde.StatusNotifierWatcher"_s).value() !=
-                    m_host.processId())
-                    return false;
-                QDBusInterface watcher(u"org.kde.StatusNotifierWatcher"_s,
-                                       u"/StatusNotifierWatcher"_s,
-                                       u"org.kde.StatusNotifierWatcher"_s, bus);
-                return watcher.call(u"RegisterStatusNotifierHost"_s, host).type() ==
-                       QDBusMessage::ReplyMessage;
-            },
-            10000);
     }
 
     // The app beside a StatusNotifierItem watcher: the item's bus name once it registered, else
@@ -208,39 +111,16 @@ class EndToEndTest : public QObject {
     {
         QString item;
         const bool registered =
-            startWatcher() && startApp() &&
-            QTest::qWaitFor([&] { return !(item = registeredItem()).isEmpty(); }, 15000);
+            m_panel.startWatcher(m_host) && startApp() &&
+            QTest::qWaitFor([&] { return !(item = m_panel.registeredItem()).isEmpty(); }, 15000);
         return registered ? item : QString();
     }
 
     // A click on the item, as a tray host sends it; whether the popover then shows.
     bool activateToOpen(const QString &item)
     {
-        callItem(item, u"Activate"_s);
+        m_panel.callItem(item, u"Activate"_s);
         return QTest::qWaitFor([&] { return popoverShown(); }, 5000);
-    }
-
-    QString registeredItem()
-    {
-        QDBusInterface watcher(u"org.kde.StatusNotifierWatcher"_s, u"/StatusNotifierWatcher"_s,
-                               u"org.kde.StatusNotifierWatcher"_s, QDBusConnection::sessionBus());
-        const QStringList items = watcher.property("RegisteredStatusNotifierItems").toStringList();
-        return items.isEmpty() ? QString() : items.first().section(u'/', 0, 0);
-    }
-
-    QVariant itemProperty(const QString &service, const QString &name)
-    {
-        QDBusMessage get = QDBusMessage::createMethodCall(
-            service, u"/StatusNotifierItem"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-        get << u"org.kde.StatusNotifierItem"_s << name;
-        const QDBusReply<QDBusVariant> reply = QDBusConnection::sessionBus().call(get);
-        return reply.isValid() ? reply.value().variant() : QVariant();
-    }
-
-    QString toolTipTitle(const QString &service)
-    {
-        const QVariant value = itemProperty(service, u"ToolTip"_s);
-        return qdbus_cast<DBusToolTip>(value.value<QDBusArgument>()).title;
     }
 
     // The title a fresh state object computes from the simulator right now.
@@ -254,35 +134,19 @@ class EndToEndTest : public QObject {
         return loaded ? vm.statusBarTitle().text : u"(the service did not answer)"_s;
     }
 
-    void callItem(const QString &service, const QString &method)
-    {
-        QDBusMessage call = QDBusMessage::createMethodCall(service, u"/StatusNotifierItem"_s,
-                                                           u"org.kde.StatusNotifierItem"_s, method);
-        call << 600 << 30;
-        QDBusConnection::sessionBus().call(call);
-    }
-
 private slots:
     void initTestCase()
     {
-        registerDBusWireTypes();
         QVERIFY(QDBusConnection::sessionBus().isConnected());
-        QVERIFY(m_home.isValid());
-        tieToTest(m_xserver);
-        m_xserver.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x800x24"_s,
-                                    u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
-        QVERIFY(m_xserver.waitForReadyRead(10000));
-        m_display = u":"_s + QString::fromLatin1(m_xserver.readAllStandardOutput()).trimmed();
+        QVERIFY(m_desktop.start());
     }
 
     void cleanup()
     {
-        stop(m_app);
-        stop(m_host);
-        stop(m_sim);
+        DesktopSession::stop(m_app);
+        DesktopSession::stop(m_host);
+        DesktopSession::stop(m_sim);
     }
-
-    void cleanupTestCase() { stop(m_xserver); }
 
     void trayIconClicksAndQuit()
     {
@@ -292,42 +156,42 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 15000);
         const QPoint icon = trayIcon().center();
 
-        click(icon, 1);
+        m_desktop.click(icon, 1);
         QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
         const QRect shown = popover();
         QCOMPARE(shown.size(), QSize(380, 500));
         QVERIFY(shown.top() >= trayIcon().bottom());
         QVERIFY(QRect(0, 0, 1280, 800).contains(shown));
-        click(icon, 1);
+        m_desktop.click(icon, 1);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
         // A click elsewhere closes it, and so does Escape: the popup holds the keyboard. A click
         // on the icon soon after a closing click would count as that same click.
         QTest::qWait(400);
-        click(icon, 1);
+        m_desktop.click(icon, 1);
         QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        click(QPoint(200, 600), 1);
+        m_desktop.click(QPoint(200, 600), 1);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
         QTest::qWait(400);
-        click(icon, 1);
+        m_desktop.click(icon, 1);
         QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        run(u"xdotool"_s, {u"key"_s, u"Escape"_s});
+        m_desktop.key(u"Escape"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
 
         // A second launch shows the running copy's popover and steps aside.
         QProcess second;
-        second.setProcessEnvironment(environment());
+        second.setProcessEnvironment(m_desktop.environment());
         second.start(QStringLiteral(ZEL_E2E_APP));
         QVERIFY(second.waitForFinished(10000));
         QCOMPARE(second.exitCode(), 0);
         QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        click(icon, 1);
+        m_desktop.click(icon, 1);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
 
-        click(icon, 3);
+        m_desktop.click(icon, 3);
         QRect menu;
         QTRY_VERIFY_WITH_TIMEOUT(!(menu = contextMenu()).isEmpty(), 5000);
         // "Quit Zel Menu Bar" is the last entry.
-        click(QPoint(menu.left() + 40, menu.bottom() - 10), 1);
+        m_desktop.click(QPoint(menu.left() + 40, menu.bottom() - 10), 1);
         QVERIFY(m_app.waitForFinished(10000));
         QCOMPARE(m_app.exitStatus(), QProcess::NormalExit);
         QCOMPARE(m_app.exitCode(), 0);
@@ -341,13 +205,13 @@ private slots:
         QVERIFY(startApp());
         QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 15000);
 
-        QVERIFY(startWatcher());
-        QTRY_VERIFY_WITH_TIMEOUT(!registeredItem().isEmpty(), 10000);
+        QVERIFY(m_panel.startWatcher(m_host));
+        QTRY_VERIFY_WITH_TIMEOUT(!m_panel.registeredItem().isEmpty(), 10000);
         QTRY_VERIFY_WITH_TIMEOUT(trayIcon().isEmpty(), 5000);
 
-        stop(m_host);
+        DesktopSession::stop(m_host);
         QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 10000);
-        stop(trayer);
+        DesktopSession::stop(trayer);
 
         // SIGTERM is an ordinary quit.
         m_app.terminate();
@@ -366,21 +230,21 @@ private slots:
         QVERIFY(QDBusConnection::sessionBus().connect(
             item, u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, u"XAyatanaNewLabel"_s,
             &labels, SLOT(changed(QString, QString))));
-        QTRY_VERIFY_WITH_TIMEOUT(!itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(),
-                                 15000);
-        QCOMPARE(itemProperty(item, u"Title"_s).toString(), u"Zel Menu Bar"_s);
-        QCOMPARE(itemProperty(item, u"ItemIsMenu"_s).toBool(), false);
-        QCOMPARE(itemProperty(item, u"IconName"_s).toString(), u"zel-menubar"_s);
-        const QString firstTitle = toolTipTitle(item);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(), 15000);
+        QCOMPARE(m_panel.itemProperty(item, u"Title"_s).toString(), u"Zel Menu Bar"_s);
+        QCOMPARE(m_panel.itemProperty(item, u"ItemIsMenu"_s).toBool(), false);
+        QCOMPARE(m_panel.itemProperty(item, u"IconName"_s).toString(), u"zel-menubar"_s);
+        const QString firstTitle = m_panel.toolTipTitle(item);
         QVERIFY(firstTitle.startsWith(u"\U0001F3CF  "_s));
-        QCOMPARE(itemProperty(item, u"XAyatanaLabel"_s).toString(), firstTitle.mid(4));
+        QCOMPARE(m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString(), firstTitle.mid(4));
 
         QVERIFY(activateToOpen(item));
-        callItem(item, u"Activate"_s);
+        m_panel.callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
 
         const QString menuPath =
-            qvariant_cast<QDBusObjectPath>(itemProperty(item, u"Menu"_s)).path();
+            qvariant_cast<QDBusObjectPath>(m_panel.itemProperty(item, u"Menu"_s)).path();
         QDBusMessage getLayout = QDBusMessage::createMethodCall(
             item, menuPath, u"com.canonical.dbusmenu"_s, u"GetLayout"_s);
         getLayout << 0 << -1 << QStringList();
@@ -415,7 +279,7 @@ private slots:
                    << QVariant::fromValue(QDBusVariant(QString())) << 0u;
         QDBusConnection::sessionBus().call(showScores);
         QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        callItem(item, u"Activate"_s);
+        m_panel.callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
 
         // The scenario moves on: at the next refresh label and tool tip change together, to
@@ -428,9 +292,9 @@ private slots:
             QTRY_VERIFY_WITH_TIMEOUT(
                 !labels.received.isEmpty() && labels.received.last() != previousLabel, 45000);
             const QString expected = expectedTitle();
-            const QString title = toolTipTitle(item);
+            const QString title = m_panel.toolTipTitle(item);
             QCOMPARE(labels.received.last(), title.mid(4));
-            QCOMPARE(itemProperty(item, u"XAyatanaLabel"_s).toString(), title.mid(4));
+            QCOMPARE(m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString(), title.mid(4));
             matched = title == expected;
             if (!matched)
                 qWarning() << "title" << title << "but a fresh state object says" << expected;
@@ -444,8 +308,8 @@ private slots:
     void popoverUnderWestonAndXwayland()
     {
         QProcess weston;
-        tieToTest(weston);
-        QProcessEnvironment westonEnvironment = environment();
+        DesktopSession::tieToTest(weston);
+        QProcessEnvironment westonEnvironment = m_desktop.environment();
         westonEnvironment.remove(u"DISPLAY"_s);
         weston.setProcessEnvironment(westonEnvironment);
         weston.setProcessChannelMode(QProcess::MergedChannels);
@@ -461,11 +325,11 @@ private slots:
                      },
                      10000),
                  qPrintable(log));
-        const QString xvfb = std::exchange(m_display, listening.match(log).captured(1));
+        m_desktop.setDisplay(listening.match(log).captured(1));
         const auto restore = qScopeGuard([&] {
-            stop(m_app);
-            stop(weston);
-            m_display = xvfb;
+            DesktopSession::stop(m_app);
+            DesktopSession::stop(weston);
+            m_desktop.setDisplay({});
         });
 
         QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s}));
@@ -473,10 +337,10 @@ private slots:
         QVERIFY(!item.isEmpty());
         QVERIFY(activateToOpen(item)); // at (600, 30)
         QCOMPARE(popover(), QRect(QPoint(600 - 380 / 2, 30 + 1 + 4), QSize(380, 500)));
-        run(u"xdotool"_s, {u"key"_s, u"Escape"_s});
+        m_desktop.key(u"Escape"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
         QVERIFY(activateToOpen(item));
-        callItem(item, u"Activate"_s);
+        m_panel.callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
     }
 
@@ -504,11 +368,11 @@ private slots:
 
     void analyticsReachTheIngest()
     {
-        const QString log = m_home.filePath(u"ingest.jsonl"_s);
-        const QString cacheFile = m_home.filePath(u"cache/ZelMenuBar/telemetrysignalcache"_s);
+        const QString log = m_desktop.path(u"ingest.jsonl"_s);
+        const QString cacheFile = m_desktop.path(u"cache/ZelMenuBar/telemetrysignalcache"_s);
         // What earlier runs left: queued signals, and the store that remembers sessions.
         QFile::remove(cacheFile);
-        const QDir config(m_home.filePath(u"config/ZelMenuBar"_s));
+        const QDir config(m_desktop.path(u"config/ZelMenuBar"_s));
         for (const QString &store : config.entryList({u"seprior.*"_s}))
             QVERIFY(QFile::remove(config.filePath(store)));
         QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s, u"--ingest-log"_s, log}));
@@ -517,37 +381,13 @@ private slots:
         QVERIFY(!item.isEmpty());
         QVERIFY(activateToOpen(item));
         QTest::qWait(1500);
-        callItem(item, u"Activate"_s);
+        m_panel.callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!ingestBatches(log).isEmpty(), 15000);
-        // Every key of the default metadata, in every record.
-        const QStringList metadata =
-            uR"(platform systemVersion majorSystemVersion majorMinorSystemVersion appVersion
-            buildNumber isSimulator isDebug isTestFlight isAppStore modelName architecture
-            operatingSystem targetEnvironment locale region appLanguage preferredLanguage
-            telemetryClientVersion TelemetryDeck.AppInfo.buildNumber TelemetryDeck.AppInfo.version
-            TelemetryDeck.AppInfo.versionAndBuildNumber TelemetryDeck.Device.architecture
-            TelemetryDeck.Device.modelName TelemetryDeck.Device.operatingSystem
-            TelemetryDeck.Device.orientation TelemetryDeck.Device.platform
-            TelemetryDeck.Device.screenResolutionHeight TelemetryDeck.Device.screenResolutionWidth
-            TelemetryDeck.Device.screenScaleFactor TelemetryDeck.Device.systemMajorMinorVersion
-            TelemetryDeck.Device.systemMajorVersion TelemetryDeck.Device.systemVersion
-            TelemetryDeck.Device.timeZone TelemetryDeck.RunContext.isAppStore
-            TelemetryDeck.RunContext.isDebug TelemetryDeck.RunContext.isSimulator
-            TelemetryDeck.RunContext.isTestFlight TelemetryDeck.RunContext.language
-            TelemetryDeck.RunContext.locale TelemetryDeck.RunContext.targetEnvironment
-            TelemetryDeck.SDK.name TelemetryDeck.SDK.nameAndVersion TelemetryDeck.SDK.version
-            TelemetryDeck.UserPreference.colorScheme TelemetryDeck.UserPreference.language
-            TelemetryDeck.UserPreference.layoutDirection TelemetryDeck.UserPreference.region
-            TelemetryDeck.Accessibility.isReduceMotionEnabled
-            TelemetryDeck.Accessibility.isInvertColorsEnabled TelemetryDeck.Calendar.dayOfMonth
-            TelemetryDeck.Calendar.dayOfWeek TelemetryDeck.Calendar.dayOfYear
-            TelemetryDeck.Calendar.weekOfYear TelemetryDeck.Calendar.isWeekend
-            TelemetryDeck.Calendar.monthOfYear TelemetryDeck.Calendar.quarterOfYear
-            TelemetryDeck.Calendar.hourOfDay TelemetryDeck.Acquisition.firstSessionDate
-            TelemetryDeck.Retention.averageSessionSeconds TelemetryDeck.Retention.distinctDaysUsed
-            TelemetryDeck.Retention.distinctDaysUsedLastMonth
-            TelemetryDeck.Retention.totalSessionsCount)"_s.simplified()
-                .split(u' ');
+        // Keys that need the real screen, the desktop portal and the stored sessions.
+        const QStringList metadata{u"appVersion"_s, u"TelemetryDeck.Device.screenResolutionWidth"_s,
+                                   u"TelemetryDeck.UserPreference.colorScheme"_s,
+                                   u"TelemetryDeck.Accessibility.isReduceMotionEnabled"_s,
+                                   u"TelemetryDeck.Retention.totalSessionsCount"_s};
         const QJsonArray first = ingestBatches(log).first();
         QStringList types;
         for (const QJsonValue record : first) {
@@ -566,13 +406,13 @@ private slots:
         QCOMPARE(types,
                  (QStringList{u"app.launched"_s, u"TelemetryDeck.Acquisition.newInstallDetected"_s,
                               u"TelemetryDeck.Session.started"_s}));
-        stop(m_app);
+        DesktopSession::stop(m_app);
 
         // An ingest that fails: what is pending at SIGTERM waits on disk for the next run.
         setIngestStatus(500);
         QVERIFY(startApp());
         QTest::qWait(12000); // a send, refused
-        stop(m_app);
+        DesktopSession::stop(m_app);
         QVERIFY(QFile::exists(cacheFile));
         QCOMPARE(ingestBatches(log).size(), 1);
         setIngestStatus(200);
@@ -595,18 +435,19 @@ private slots:
         QVERIFY(!item.isEmpty());
         QVERIFY(activateToOpen(item));
         QTest::qWait(1000);
-        run(u"import"_s, {u"-window"_s, u"root"_s,
-                          QCoreApplication::applicationDirPath() + u"/e2e-service-failure.png"_s});
+        m_desktop.run(u"import"_s,
+                      {u"-window"_s, u"root"_s,
+                       QCoreApplication::applicationDirPath() + u"/e2e-service-failure.png"_s});
         QVERIFY(m_app.state() == QProcess::Running);
-        QCOMPARE(itemProperty(item, u"XAyatanaLabel"_s).toString(), QString());
-        QCOMPARE(toolTipTitle(item), u"\U0001F3CF"_s);
+        QCOMPARE(m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString(), QString());
+        QCOMPARE(m_panel.toolTipTitle(item), u"\U0001F3CF"_s);
 
         // The service comes back; Return on the failed tab retries it.
-        stop(m_sim);
+        DesktopSession::stop(m_sim);
         QVERIFY(startSim({u"--scenario"_s, u"live-first-innings"_s}));
-        run(u"xdotool"_s, {u"key"_s, u"Return"_s});
-        QTRY_VERIFY_WITH_TIMEOUT(!itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(),
-                                 10000);
+        m_desktop.key(u"Return"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(), 10000);
         QVERIFY(m_app.state() == QProcess::Running);
     }
 };
