@@ -2,6 +2,7 @@
 // memory the views add: medians, not assertions, because this machine's timings are noisy.
 #include "ImageCache.h"
 #include "PopoverController.h"
+#include "PopoverScene.h"
 #include "PopoverStyle.h"
 #include "TodayViewModel.h"
 
@@ -15,7 +16,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTemporaryDir>
@@ -111,9 +111,7 @@ int main(int argc, char *argv[])
     PopoverController popover(vm, origin);
     popover.setActiveTab(Popover::Tab::Fixtures);
     QQuickView view;
-    view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    view.setInitialProperties({{"controller", QVariant::fromValue(&popover)}});
-    view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml")));
+    PopoverScene::load(view, popover);
 
     QElapsedTimer clock;
     QList<double> openings;

@@ -1,11 +1,11 @@
 #include "PopoverWindow.h"
 
 #include "PopoverController.h"
+#include "PopoverScene.h"
 
 #include <QCursor>
 #include <QGuiApplication>
 #include <QMouseEvent>
-#include <QQmlEngine>
 #include <QQuickItem>
 #include <QScreen>
 #include <QtQml/qqmlextensionplugin.h>
@@ -28,9 +28,7 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
     setMaximumSize(size);
     resize(size);
     setResizeMode(SizeRootObjectToView);
-    engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    setInitialProperties({{QStringLiteral("controller"), QVariant::fromValue(&controller)}});
-    setSource(QUrl(QStringLiteral("qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml")));
+    PopoverScene::load(*this, controller);
     if (QQuickItem *root = rootObject())
         connect(root, SIGNAL(closeRequested()), this, SLOT(hide()));
     connect(this, &QWindow::visibleChanged, this, [this](bool visible) {

@@ -10,6 +10,7 @@
 #include "UpdateChecker.h"
 
 #include <csignal>
+#include <QDesktopServices>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -28,10 +29,21 @@ QByteArray feed(const QByteArray &items)
            items + "</channel></rss>";
 }
 
+// Takes the pages the app asks the desktop to open.
+class PageCatcher : public QObject {
+    Q_OBJECT
+
+public:
+    QList<QUrl> opened;
+
+public slots:
+    void open(const QUrl &url) { opened.append(url); }
+};
+
 } // namespace
 
-// The shell's own rules, without a display or a bus: placement, labels, the update feed,
-// the exported menu, one instance per session and signals.
+// The shell's own rules, off screen and on a session bus of the test's own: placement, the
+// item's label, the update feed, the menus, one instance per session and signals.
 class ShellTest : public QObject {
     Q_OBJECT
 
@@ -68,23 +80,36 @@ private slots:
         QCOMPARE(placed, QPoint(0, 0));
     }
 
-    void label_data()
+    // What a panel reads from the item: the title without the bat as the label, the whole
+    // title, as plain text, in the tool tip.
+    void itemPublishesTheTitle_data()
     {
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("label");
         QTest::addRow("idle") << u"\U0001F3CF"_s << QString();
         QTest::addRow("live") << u"\U0001F3CF  NTH \U0001F534 45/2 (6.3)"_s
                               << u"NTH \U0001F534 45/2 (6.3)"_s;
-        QTest::addRow("countdown")
-            << u"\U0001F3CF  NTH vs STH in 2h 5m"_s << u"NTH vs STH in 2h 5m"_s;
+        QTest::addRow("a result in markup")
+            << u"\U0001F3CF  <b>NTH</b> won"_s << u"<b>NTH</b> won"_s;
         QTest::addRow("no bat is left as it is") << u"Zel"_s << u"Zel"_s;
     }
 
-    void label()
+    void itemPublishesTheTitle()
     {
         QFETCH(QString, title);
         QFETCH(QString, label);
-        QCOMPARE(StatusNotifierItem::labelOf(title), label);
+        StatusNotifierItem item(QImage(16, 16, QImage::Format_ARGB32),
+                                [] { return QList<MenuEntry>(); });
+        item.setTitle({});
+        QSignalSpy announced(&item, &StatusNotifierItem::XAyatanaNewLabel);
+        item.setTitle({title, StatusTitle::State::Quiet});
+        item.setTitle({title, StatusTitle::State::Quiet});
+        QCOMPARE(announced.count(), 1);
+        QCOMPARE(announced.first().first().toString(), label);
+        QCOMPARE(item.label(), label);
+        QTextDocument tip;
+        tip.setHtml(item.toolTip().title);
+        QCOMPARE(tip.toPlainText(), title.simplified()); // markup folds the double space
     }
 
     void dotGoesGreyWhileOffline_data()
@@ -276,15 +301,38 @@ private slots:
         QVERIFY(layout.children.isEmpty()); // depth 0: the root alone
     }
 
-    void contextMenuEntries()
+    // The menus the controller builds, and the pages their entries open.
+    void controllerMenus()
     {
-        QCOMPARE(MenuBarController::versionLabel(u"1.2.3"_s), u"Zel Menu Bar v1.2.3"_s);
-        QCOMPARE(MenuBarController::versionLabel(QString()), u"Zel Menu Bar v?"_s);
-        QCOMPARE(MenuBarController::pageURL(u"https://zel.example"_s, u"/zel/?feedback=1"_s),
-                 QUrl(u"https://zel.example/zel/?feedback=1"_s));
-        QCOMPARE(MenuBarController::pageURL(u"https://zel.example"_s, u"/zel/#donate"_s),
-                 QUrl(u"https://zel.example/zel/#donate"_s));
+        FixtureServer service;
+        UpdateChecker updater(service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s);
+        MenuBarController controller({service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s},
+                                     updater);
+        const QList<MenuEntry> entries = controller.exportedMenuEntries();
+        QStringList labels;
+        for (const MenuEntry &entry : entries)
+            labels << entry.label + (entry.enabled ? u""_s : u" [disabled]"_s);
+        QCOMPARE(labels, (QStringList{u"Show Scores"_s,
+                                      u"Zel Menu Bar v1.2.3 [disabled]"_s,
+                                      {},
+                                      u"Check for Updates…"_s,
+                                      {},
+                                      u"Feedback / Report a Bug"_s,
+                                      u"\u2665 Support Me"_s,
+                                      {},
+                                      u"Quit Zel Menu Bar"_s}));
+        QCOMPARE(entries.last().shortcut, QKeySequence(Qt::CTRL | Qt::Key_Q));
+        QCOMPARE(controller.contextMenuEntries().size(), entries.size() - 1);
+
+        PageCatcher pages;
+        QDesktopServices::setUrlHandler(u"https"_s, &pages, "open");
+        entries[5].trigger();
+        entries[6].trigger();
+        QDesktopServices::unsetUrlHandler(u"https"_s);
+        QCOMPARE(pages.opened, (QList<QUrl>{QUrl(u"https://zel.example/zel/?feedback=1"_s),
+                                            QUrl(u"https://zel.example/zel/#donate"_s)}));
         QVERIFY(MenuBarController::pageURL(u"not a url"_s, u"/zel/#donate"_s).isEmpty());
+        QCOMPARE(MenuBarController::versionLabel(QString()), u"Zel Menu Bar v?"_s);
     }
 
     void oneInstancePerSession()

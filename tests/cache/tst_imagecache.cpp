@@ -246,9 +246,9 @@ private slots:
     void onlyWebLogosAreFetched_data()
     {
         QTest::addColumn<QString>("url");
-        QTest::newRow("file") << "file://%1/logos/local.png";
-        QTest::newRow("data") << "data:image/png;base64,iVBORw0KGgo=";
-        QTest::newRow("ftp") << "ftp://127.0.0.1/local.png";
+        QTest::newRow("file") << u"file://%1/logos/local.png"_s;
+        QTest::newRow("data") << u"data:image/png;base64,iVBORw0KGgo="_s;
+        QTest::newRow("ftp") << u"ftp://127.0.0.1/local.png"_s;
     }
 
     void onlyWebLogosAreFetched()
@@ -298,16 +298,15 @@ private slots:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QStringList>("files"); // what may be written, relative to the root
 
-        QTest::newRow("trailing slash") << "/logos/nth/"
-                                        << "nth" << QStringList{"ZelMenuBar/logos/nth"};
-        QTest::newRow("dot dot") << "/logos/%2e%2e"
-                                 << ".." << QStringList{};
-        QTest::newRow("encoded slash")
-            << "/logos/..%2F..%2Fescape.png"
-            << "escape.png" << QStringList{"ZelMenuBar/logos/escape.png"};
-        QTest::newRow("encoded backslash") << "/logos/..%5Cescape.png"
-                                           << "..\\escape.png" << QStringList{};
-        QTest::newRow("NUL") << "/logos/a%00b.png" << u"a"_s + QChar(0) + "b.png" << QStringList{};
+        QTest::newRow("trailing slash")
+            << u"/logos/nth/"_s << u"nth"_s << QStringList{"ZelMenuBar/logos/nth"};
+        QTest::newRow("dot dot") << u"/logos/%2e%2e"_s << u".."_s << QStringList{};
+        QTest::newRow("encoded slash") << u"/logos/..%2F..%2Fescape.png"_s << u"escape.png"_s
+                                       << QStringList{"ZelMenuBar/logos/escape.png"};
+        QTest::newRow("encoded backslash")
+            << u"/logos/..%5Cescape.png"_s << u"..\\escape.png"_s << QStringList{};
+        QTest::newRow("NUL") << u"/logos/a%00b.png"_s << u"a"_s + QChar(0) + "b.png"
+                             << QStringList{};
         QTest::newRow("300 characters") << "/logos/" + QString(296, u'x') + ".png"
                                         << QString(296, u'x') + ".png" << QStringList{};
     }

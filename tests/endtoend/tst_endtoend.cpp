@@ -251,28 +251,7 @@ private slots:
         const QDBusMessage reply = QDBusConnection::sessionBus().call(getLayout);
         QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
         const auto layout = qdbus_cast<DBusMenuLayoutItem>(reply.arguments().at(1));
-        QStringList entries;
-        for (const DBusMenuLayoutItem &child : layout.children) {
-            const QVariantMap &p = child.properties;
-            QString line = p.value(u"type"_s).toString() == u"separator"_s
-                               ? u"---"_s
-                               : p.value(u"label"_s).toString();
-            if (!p.value(u"enabled"_s, true).toBool())
-                line += u" [disabled]"_s;
-            if (p.contains(u"shortcut"_s)) {
-                const auto chords =
-                    qdbus_cast<QList<QStringList>>(p.value(u"shortcut"_s).value<QDBusArgument>());
-                line += u" ["_s + chords.value(0).join(u'+') + u"]"_s;
-            }
-            entries << line;
-        }
-        QCOMPARE(entries,
-                 (QStringList{
-                     u"Show Scores"_s,
-                     u"Zel Menu Bar v"_s + QLatin1StringView(ZelConfig::version) + u" [disabled]"_s,
-                     u"---"_s, u"Check for Updates…"_s, u"---"_s, u"Feedback / Report a Bug"_s,
-                     u"\u2665 Support Me"_s, u"---"_s, u"Quit Zel Menu Bar [Control+Q]"_s}));
-
+        QCOMPARE(layout.children.first().properties.value(u"label"_s), QVariant(u"Show Scores"_s));
         QDBusMessage showScores =
             QDBusMessage::createMethodCall(item, menuPath, u"com.canonical.dbusmenu"_s, u"Event"_s);
         showScores << layout.children.first().id << u"clicked"_s

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 class LeagueCalendarTest : public QObject {
     Q_OBJECT
 
@@ -12,19 +14,19 @@ private slots:
         QTest::addColumn<QString>("utc"); // empty: no date
 
         // clang-format off
-        QTest::newRow("fraction and offset") << "2026-04-12T19:30:00.000+05:30" << "2026-04-12T14:00:00.000Z";
-        QTest::newRow("no fraction") << "2026-04-12T19:30:00+05:30" << "2026-04-12T14:00:00.000Z";
-        QTest::newRow("Z") << "2026-04-05T20:00:00Z" << "2026-04-05T20:00:00.000Z";
-        QTest::newRow("negative offset") << "2026-04-05T20:00:00.5-03:00" << "2026-04-05T23:00:00.500Z";
-        QTest::newRow("missing offset") << "2026-04-05T20:00:00" << "";
-        QTest::newRow("offset without colon") << "2026-04-05T20:00:00+0530" << "";
-        QTest::newRow("impossible date") << "2026-02-30T20:00:00Z" << "";
-        QTest::newRow("hour 24") << "2026-02-03T24:00:00Z" << "";
-        QTest::newRow("lower-case t") << "2026-04-05t20:00:00Z" << "";
-        QTest::newRow("empty fraction") << "2026-04-05T20:00:00.Z" << "";
-        QTest::newRow("trailing space") << "2026-04-05T20:00:00Z " << "";
-        QTest::newRow("date only") << "2026-04-05" << "";
-        QTest::newRow("empty") << "" << "";
+        QTest::newRow("fraction and offset") << u"2026-04-12T19:30:00.000+05:30"_s << u"2026-04-12T14:00:00.000Z"_s;
+        QTest::newRow("no fraction") << u"2026-04-12T19:30:00+05:30"_s << u"2026-04-12T14:00:00.000Z"_s;
+        QTest::newRow("Z") << u"2026-04-05T20:00:00Z"_s << u"2026-04-05T20:00:00.000Z"_s;
+        QTest::newRow("negative offset") << u"2026-04-05T20:00:00.5-03:00"_s << u"2026-04-05T23:00:00.500Z"_s;
+        QTest::newRow("missing offset") << u"2026-04-05T20:00:00"_s << u""_s;
+        QTest::newRow("offset without colon") << u"2026-04-05T20:00:00+0530"_s << u""_s;
+        QTest::newRow("impossible date") << u"2026-02-30T20:00:00Z"_s << u""_s;
+        QTest::newRow("hour 24") << u"2026-02-03T24:00:00Z"_s << u""_s;
+        QTest::newRow("lower-case t") << u"2026-04-05t20:00:00Z"_s << u""_s;
+        QTest::newRow("empty fraction") << u"2026-04-05T20:00:00.Z"_s << u""_s;
+        QTest::newRow("trailing space") << u"2026-04-05T20:00:00Z "_s << u""_s;
+        QTest::newRow("date only") << u"2026-04-05"_s << u""_s;
+        QTest::newRow("empty") << u""_s << u""_s;
         // clang-format on
     }
 
@@ -40,12 +42,12 @@ private slots:
     {
         QTest::addColumn<QString>("moment");
         QTest::addColumn<QString>("dayStartUTC");
-        QTest::newRow("evening in UTC, next day in India") << "2026-04-05T20:00:00Z"
-                                                           << "2026-04-05T18:30:00Z";
-        QTest::newRow("midnight in India exactly") << "2026-04-05T18:30:00Z"
-                                                   << "2026-04-05T18:30:00Z";
-        QTest::newRow("a second before it") << "2026-04-05T18:29:59Z"
-                                            << "2026-04-04T18:30:00Z";
+        QTest::newRow("evening in UTC, next day in India")
+            << u"2026-04-05T20:00:00Z"_s << u"2026-04-05T18:30:00Z"_s;
+        QTest::newRow("midnight in India exactly")
+            << u"2026-04-05T18:30:00Z"_s << u"2026-04-05T18:30:00Z"_s;
+        QTest::newRow("a second before it")
+            << u"2026-04-05T18:29:59Z"_s << u"2026-04-04T18:30:00Z"_s;
     }
 
     void leagueDayIgnoresTheMachineZone()

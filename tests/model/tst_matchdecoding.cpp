@@ -162,10 +162,10 @@ private slots:
             << QByteArray(R"({"matches": [{"matchID": 1}, 2]})")
             << R"("matches[1]" should be an object but is a number)";
         QTest::newRow("top-level array")
-            << QByteArray("[]") << "the document should be an object but is an array";
+            << QByteArray("[]") << u"the document should be an object but is an array"_s;
         QTest::newRow("truncated JSON")
-            << QByteArray(R"({"matches": [{"matchID": 1)") << "malformed JSON";
-        QTest::newRow("empty body") << QByteArray() << "malformed JSON";
+            << QByteArray(R"({"matches": [{"matchID": 1)") << u"malformed JSON"_s;
+        QTest::newRow("empty body") << QByteArray() << u"malformed JSON"_s;
     }
 
     void envelopeFailures()
@@ -199,14 +199,12 @@ private slots:
         QTest::addColumn<QString>("logo");
         QTest::addColumn<QString>("expected"); // empty: absent
 
-        QTest::newRow("service path") << "/logos/lions.png"
-                                      << "https://scores.test/logos/lions.png";
-        QTest::newRow("absolute") << "https://cdn.example/t.svg?v=2"
-                                  << "https://cdn.example/t.svg?v=2";
-        QTest::newRow("empty") << ""
-                               << "";
-        QTest::newRow("unparseable") << "http://[::1"
-                                     << "";
+        QTest::newRow("service path")
+            << u"/logos/lions.png"_s << u"https://scores.test/logos/lions.png"_s;
+        QTest::newRow("absolute") << u"https://cdn.example/t.svg?v=2"_s
+                                  << u"https://cdn.example/t.svg?v=2"_s;
+        QTest::newRow("empty") << u""_s << u""_s;
+        QTest::newRow("unparseable") << u"http://[::1"_s << u""_s;
     }
 
     void logoURL()
@@ -235,30 +233,18 @@ private slots:
         QTest::addColumn<QString>("homeCode");
         QTest::addColumn<QString>("awayCode");
 
-        QTest::newRow("home batted first") << "11" << 11LL << "LIO"
-                                           << "TIG"
-                                           << "LIO"
-                                           << "TIG";
-        QTest::newRow("away batted first") << "11" << 22LL << "TIG"
-                                           << "LIO"
-                                           << "LIO"
-                                           << "TIG";
-        QTest::newRow("before the toss") << "11" << 0LL << ""
-                                         << ""
-                                         << "HOM"
-                                         << "AWY";
-        QTest::newRow("empty batting code falls back") << "11" << 11LL << ""
-                                                       << "TIG"
-                                                       << "HOM"
-                                                       << "TIG";
-        QTest::newRow("negative id as plain text") << "-5" << -5LL << "NEG"
-                                                   << "POS"
-                                                   << "NEG"
-                                                   << "POS";
-        QTest::newRow("no leading zeros") << "011" << 11LL << "LIO"
-                                          << "TIG"
-                                          << "TIG"
-                                          << "LIO";
+        QTest::newRow("home batted first")
+            << u"11"_s << 11LL << u"LIO"_s << u"TIG"_s << u"LIO"_s << u"TIG"_s;
+        QTest::newRow("away batted first")
+            << u"11"_s << 22LL << u"TIG"_s << u"LIO"_s << u"LIO"_s << u"TIG"_s;
+        QTest::newRow("before the toss")
+            << u"11"_s << 0LL << u""_s << u""_s << u"HOM"_s << u"AWY"_s;
+        QTest::newRow("empty batting code falls back")
+            << u"11"_s << 11LL << u""_s << u"TIG"_s << u"HOM"_s << u"TIG"_s;
+        QTest::newRow("negative id as plain text")
+            << u"-5"_s << -5LL << u"NEG"_s << u"POS"_s << u"NEG"_s << u"POS"_s;
+        QTest::newRow("no leading zeros")
+            << u"011"_s << 11LL << u"LIO"_s << u"TIG"_s << u"TIG"_s << u"LIO"_s;
     }
 
     void teamCodes()
@@ -286,24 +272,24 @@ private slots:
         QTest::addColumn<QString>("firstCode");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("empty") << "" << 22LL << "TIG"
-                               << "";
+        QTest::newRow("empty") << u""_s << 22LL << u"TIG"_s << u""_s;
         QTest::newRow("home named, bowl, home second")
-            << "Lions won the toss and elected to bowl" << 22LL << "TIG"
-            << "LIO won the toss, chose to field";
-        QTest::newRow("away named, bat, away first") << "Tigers opt to BAT" << 22LL << "TIG"
-                                                     << "TIG won the toss, chose to bat";
-        QTest::newRow("field beats bat") << "Tigers will bat? No, field" << 22LL << "TIG"
-                                         << "TIG won the toss, chose to field";
+            << u"Lions won the toss and elected to bowl"_s << 22LL << u"TIG"_s
+            << u"LIO won the toss, chose to field"_s;
+        QTest::newRow("away named, bat, away first")
+            << u"Tigers opt to BAT"_s << 22LL << u"TIG"_s << u"TIG won the toss, chose to bat"_s;
+        QTest::newRow("field beats bat") << u"Tigers will bat? No, field"_s << 22LL << u"TIG"_s
+                                         << u"TIG won the toss, chose to field"_s;
         QTest::newRow("no team named: first batting side")
-            << "Toss won, decided to bat" << 22LL << "TIG"
-            << "TIG won the toss, chose to bat";
-        QTest::newRow("no team named, no code") << "Toss won, decided to bat" << 22LL << ""
-                                                << "Toss won, decided to bat";
-        QTest::newRow("no decision word") << "Lions won the toss" << 22LL << "TIG"
-                                          << "Lions won the toss";
-        QTest::newRow("team names are case-sensitive") << "LIONS chose to field" << 22LL << "TIG"
-                                                       << "TIG won the toss, chose to field";
+            << u"Toss won, decided to bat"_s << 22LL << u"TIG"_s
+            << u"TIG won the toss, chose to bat"_s;
+        QTest::newRow("no team named, no code")
+            << u"Toss won, decided to bat"_s << 22LL << u""_s << u"Toss won, decided to bat"_s;
+        QTest::newRow("no decision word")
+            << u"Lions won the toss"_s << 22LL << u"TIG"_s << u"Lions won the toss"_s;
+        QTest::newRow("team names are case-sensitive")
+            << u"LIONS chose to field"_s << 22LL << u"TIG"_s
+            << u"TIG won the toss, chose to field"_s;
     }
 
     void formattedToss()

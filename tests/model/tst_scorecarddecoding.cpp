@@ -43,42 +43,24 @@ private slots:
         QTest::addColumn<QString>("sent");
         QTest::addColumn<QString>("shown");
 
-        QTest::newRow("one decimal") << "87.5"
-                                     << "87.5";
-        QTest::newRow("rounded to one decimal") << "66.666"
-                                                << "66.7";
-        QTest::newRow("integer gains a decimal") << "0"
-                                                 << "0.0";
-        QTest::newRow("five characters drop decimals") << "133.33"
-                                                       << "133";
-        QTest::newRow("100.0 is five characters") << "100.0"
-                                                  << "100";
-        QTest::newRow("rounding up to five characters") << "99.99"
-                                                        << "100";
-        QTest::newRow("four digits") << "1000"
-                                     << "1000";
-        QTest::newRow("exponent") << "1e2"
-                                  << "100";
-        QTest::newRow("printf rounds the binary value") << "0.05"
-                                                        << "0.1";
-        QTest::newRow("printf rounds an exact tie to even") << "0.25"
-                                                            << "0.2";
-        QTest::newRow("negative") << "-5.25"
-                                  << "-5.2";
-        QTest::newRow("empty") << ""
-                               << "-";
-        QTest::newRow("dash kept") << "-"
-                                   << "-";
-        QTest::newRow("text kept") << "NA"
-                                   << "NA";
-        QTest::newRow("leading space kept verbatim") << " 87.5"
-                                                     << " 87.5";
-        QTest::newRow("trailing space kept verbatim") << "87.5 "
-                                                      << "87.5 ";
-        QTest::newRow("trailing garbage kept verbatim") << "87.5x"
-                                                        << "87.5x";
-        QTest::newRow("decimal comma kept verbatim") << "87,5"
-                                                     << "87,5";
+        QTest::newRow("one decimal") << u"87.5"_s << u"87.5"_s;
+        QTest::newRow("rounded to one decimal") << u"66.666"_s << u"66.7"_s;
+        QTest::newRow("integer gains a decimal") << u"0"_s << u"0.0"_s;
+        QTest::newRow("five characters drop decimals") << u"133.33"_s << u"133"_s;
+        QTest::newRow("100.0 is five characters") << u"100.0"_s << u"100"_s;
+        QTest::newRow("rounding up to five characters") << u"99.99"_s << u"100"_s;
+        QTest::newRow("four digits") << u"1000"_s << u"1000"_s;
+        QTest::newRow("exponent") << u"1e2"_s << u"100"_s;
+        QTest::newRow("printf rounds the binary value") << u"0.05"_s << u"0.1"_s;
+        QTest::newRow("printf rounds an exact tie to even") << u"0.25"_s << u"0.2"_s;
+        QTest::newRow("negative") << u"-5.25"_s << u"-5.2"_s;
+        QTest::newRow("empty") << u""_s << u"-"_s;
+        QTest::newRow("dash kept") << u"-"_s << u"-"_s;
+        QTest::newRow("text kept") << u"NA"_s << u"NA"_s;
+        QTest::newRow("leading space kept verbatim") << u" 87.5"_s << u" 87.5"_s;
+        QTest::newRow("trailing space kept verbatim") << u"87.5 "_s << u"87.5 "_s;
+        QTest::newRow("trailing garbage kept verbatim") << u"87.5x"_s << u"87.5x"_s;
+        QTest::newRow("decimal comma kept verbatim") << u"87,5"_s << u"87,5"_s;
     }
 
     void strikeRate()
@@ -92,22 +74,23 @@ private slots:
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("empty object") << QByteArray("{}") << "|0|0|0|0|-|0";
+        QTest::newRow("empty object") << QByteArray("{}") << u"|0|0|0|0|-|0"_s;
         QTest::newRow("complete")
             << QByteArray(R"({"name": "Asha", "runs": 52, "balls": 39, "fours": 6, "sixes": 1,
                               "strikeRate": "133.33", "isNotOut": true})")
-            << "Asha|52|39|6|1|133|1";
+            << u"Asha|52|39|6|1|133|1"_s;
         QTest::newRow("wrong types give placeholders")
             << QByteArray(R"({"name": 5, "runs": "12", "balls": 3.5, "fours": null,
                               "sixes": [], "strikeRate": 87.5, "isNotOut": 1})")
-            << "|0|0|0|0|-|0";
-        QTest::newRow("not-out as text") << QByteArray(R"({"isNotOut": "true"})") << "|0|0|0|0|-|0";
+            << u"|0|0|0|0|-|0"_s;
+        QTest::newRow("not-out as text")
+            << QByteArray(R"({"isNotOut": "true"})") << u"|0|0|0|0|-|0"_s;
         QTest::newRow("integral float and negative runs")
-            << QByteArray(R"({"runs": 12.0, "balls": -1})") << "|12|-1|0|0|-|0";
+            << QByteArray(R"({"runs": 12.0, "balls": -1})") << u"|12|-1|0|0|-|0"_s;
         QTest::newRow("spaces and tabs trimmed, line break kept")
-            << QByteArray(R"({"name": "  Asha\t"})") << "Asha|0|0|0|0|-|0";
+            << QByteArray(R"({"name": "  Asha\t"})") << u"Asha|0|0|0|0|-|0"_s;
         QTest::newRow("trailing line break kept")
-            << QByteArray(R"({"name": "Asha\n"})") << "Asha\n|0|0|0|0|-|0";
+            << QByteArray(R"({"name": "Asha\n"})") << u"Asha\n|0|0|0|0|-|0"_s;
     }
 
     void battingEntry()
@@ -121,15 +104,15 @@ private slots:
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("empty object") << QByteArray("{}") << "|0|0|0|0|-";
+        QTest::newRow("empty object") << QByteArray("{}") << u"|0|0|0|0|-"_s;
         QTest::newRow("complete")
             << QByteArray(R"({"name": " Ravi ", "overs": "3.4", "maidens": 1, "runs": 28,
                               "wickets": 2, "economy": "7.64"})")
-            << "Ravi|3.4|1|28|2|7.64";
+            << u"Ravi|3.4|1|28|2|7.64"_s;
         QTest::newRow("numbers where text is expected")
-            << QByteArray(R"({"overs": 4, "economy": 7.5, "wickets": "2"})") << "|0|0|0|0|-";
+            << QByteArray(R"({"overs": 4, "economy": 7.5, "wickets": "2"})") << u"|0|0|0|0|-"_s;
         QTest::newRow("economy not normalised")
-            << QByteArray(R"({"economy": "7.6666"})") << "|0|0|0|0|7.6666";
+            << QByteArray(R"({"economy": "7.6666"})") << u"|0|0|0|0|7.6666"_s;
     }
 
     void bowlingEntry()
@@ -164,7 +147,7 @@ private slots:
             << QByteArray(R"({"innings": [{"inningsNo": 1, "battingTeamName": "L",
                                            "batting": [], "bowling": {}}]})")
             << R"("innings[0].bowling" should be an array but is an object)";
-        QTest::newRow("not JSON") << QByteArray("<html>") << "malformed JSON";
+        QTest::newRow("not JSON") << QByteArray("<html>") << u"malformed JSON"_s;
     }
 
     void scorecardFailures()

@@ -178,14 +178,10 @@ private slots:
     {
         QTest::addColumn<QString>("summary");
         QTest::addColumn<QString>("shortened");
-        QTest::newRow("Ov") << "150/3 (15.2 Ov)"
-                            << "150/3 (15.2)";
-        QTest::newRow("any case") << "150/3 (20 OV)"
-                                  << "150/3 (20)";
-        QTest::newRow("ovs") << "99/9 (19.5 ovs)"
-                             << "99/9 (19.5)";
-        QTest::newRow("no closing bracket") << "99/9 19.5 Ov"
-                                            << "99/9 19.5 Ov";
+        QTest::newRow("Ov") << u"150/3 (15.2 Ov)"_s << u"150/3 (15.2)"_s;
+        QTest::newRow("any case") << u"150/3 (20 OV)"_s << u"150/3 (20)"_s;
+        QTest::newRow("ovs") << u"99/9 (19.5 ovs)"_s << u"99/9 (19.5)"_s;
+        QTest::newRow("no closing bracket") << u"99/9 19.5 Ov"_s << u"99/9 19.5 Ov"_s;
     }
 
     void shortScore()
@@ -198,16 +194,16 @@ private slots:
     {
         QTest::addColumn<qint64>("seconds");
         QTest::addColumn<QString>("text");
-        QTest::newRow("30 s") << 30LL << "1m";
-        QTest::newRow("45 s") << 45LL << "1m";
-        QTest::newRow("59 m 59 s") << 3599LL << "59m";
-        QTest::newRow("2 h") << 7200LL << "2h";
-        QTest::newRow("2 h 5 m") << 7500LL << "2h 5m";
-        QTest::newRow("23 h 59 m") << 86399LL << "23h 59m";
-        QTest::newRow("1 d 3 h 40 m") << 99600LL << "1d 3h";
-        QTest::newRow("2 d 20 m") << 174000LL << "2d";
-        QTest::newRow("now") << 0LL << "Starting Soon";
-        QTest::newRow("5 s ago") << -5LL << "Starting Soon";
+        QTest::newRow("30 s") << 30LL << u"1m"_s;
+        QTest::newRow("45 s") << 45LL << u"1m"_s;
+        QTest::newRow("59 m 59 s") << 3599LL << u"59m"_s;
+        QTest::newRow("2 h") << 7200LL << u"2h"_s;
+        QTest::newRow("2 h 5 m") << 7500LL << u"2h 5m"_s;
+        QTest::newRow("23 h 59 m") << 86399LL << u"23h 59m"_s;
+        QTest::newRow("1 d 3 h 40 m") << 99600LL << u"1d 3h"_s;
+        QTest::newRow("2 d 20 m") << 174000LL << u"2d"_s;
+        QTest::newRow("now") << 0LL << u"Starting Soon"_s;
+        QTest::newRow("5 s ago") << -5LL << u"Starting Soon"_s;
     }
 
     void countdown()

@@ -86,15 +86,15 @@ private slots:
         QTest::addColumn<QString>("innings");     // the live innings, if any
 
         // clang-format off
-        QTest::newRow("season") << "season" << "upcoming" << "";
-        QTest::newRow("live-first-innings") << "live-first-innings" << "live" << "1";
-        QTest::newRow("live-second-innings") << "live-second-innings" << "live" << "2";
-        QTest::newRow("toss") << "toss" << "live" << "";
-        QTest::newRow("rain-delay") << "rain-delay" << "upcoming" << "";
-        QTest::newRow("next-start-today") << "next-start-today" << "upcoming" << "";
-        QTest::newRow("todays-result") << "todays-result" << "finished" << "";
-        QTest::newRow("no-match-today") << "no-match-today" << "" << "";
-        QTest::newRow("empty") << "empty" << "" << "";
+        QTest::newRow("season") << u"season"_s << u"upcoming"_s << u""_s;
+        QTest::newRow("live-first-innings") << u"live-first-innings"_s << u"live"_s << u"1"_s;
+        QTest::newRow("live-second-innings") << u"live-second-innings"_s << u"live"_s << u"2"_s;
+        QTest::newRow("toss") << u"toss"_s << u"live"_s << u""_s;
+        QTest::newRow("rain-delay") << u"rain-delay"_s << u"upcoming"_s << u""_s;
+        QTest::newRow("next-start-today") << u"next-start-today"_s << u"upcoming"_s << u""_s;
+        QTest::newRow("todays-result") << u"todays-result"_s << u"finished"_s << u""_s;
+        QTest::newRow("no-match-today") << u"no-match-today"_s << u""_s << u""_s;
+        QTest::newRow("empty") << u"empty"_s << u""_s << u""_s;
         // clang-format on
     }
 

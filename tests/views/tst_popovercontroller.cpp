@@ -169,20 +169,45 @@ private slots:
         qputenv("TZ", zone);
     }
 
-    void listRowsCarryThePresentersTexts()
+    // Results read back from the latest day, fixtures forward from the next; only a live row
+    // is marked live and only a finished one opens.
+    void listsPutThePresentersTextsInTheirOrder_data()
     {
-        MatchListModel *rows = m_popover->todayModel();
-        QCOMPARE(rows->rowCount(), 2);
-        const QModelIndex live = rows->index(0);
-        QCOMPARE(rows->data(live, MatchListModel::CentreTextRole), QVariant("50/1"));
-        QCOMPARE(rows->data(live, MatchListModel::CentreSubTextRole), QVariant("1st Innings"));
-        QCOMPARE(rows->data(live, MatchListModel::OpensOnTapRole), QVariant(false));
-        QCOMPARE(rows->data(rows->index(1), MatchListModel::OpensOnTapRole), QVariant(true));
-        QCOMPARE(m_popover->fixturesModel()
-                     ->data(m_popover->fixturesModel()->index(0), MatchListModel::SectionTitleRole)
-                     .toString()
-                     .isEmpty(),
-                 false);
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QStringList>("rows"); // id, section title, live, opens
+        using Kind = MatchListModel::Kind;
+        QTest::newRow("results") << int(Kind::Results)
+                                 << QStringList{u"2 Sunday, 22 November - opens"_s,
+                                                u"1 Saturday, 21 November - opens"_s};
+        QTest::newRow("fixtures") << int(Kind::Fixtures)
+                                  << QStringList{u"1 Saturday, 21 November - opens"_s,
+                                                 u"2 Sunday, 22 November - opens"_s};
+        QTest::newRow("today, no sections")
+            << int(Kind::Today) << QStringList{u"1  - opens"_s, u"2  - opens"_s, u"3  live -"_s};
+    }
+
+    void listsPutThePresentersTextsInTheirOrder()
+    {
+        QFETCH(int, kind);
+        MatchListModel rows(MatchListModel::Kind(kind), m_server->baseURL(),
+                            QLocale(QLocale::English, QLocale::UnitedKingdom));
+        QList<ZelMatch> matches{
+            {.matchID = 1, .matchStatus = "finished", .startTime = "2026-11-21T19:30:00+05:30"},
+            {.matchID = 2, .matchStatus = "finished", .startTime = "2026-11-22T19:30:00+05:30"}};
+        if (MatchListModel::Kind(kind) == MatchListModel::Kind::Today)
+            matches.append({.matchID = 3, .matchStatus = "live"});
+        rows.setMatches(matches);
+        QStringList shown;
+        for (int row = 0; row < rows.rowCount(); ++row) {
+            const QModelIndex at = rows.index(row);
+            shown << u"%1 %2 %3 %4"_s.arg(
+                rows.data(at, MatchListModel::MatchKeyRole).toString(),
+                rows.data(at, MatchListModel::SectionTitleRole).toString(),
+                rows.data(at, MatchListModel::IsLiveRole).toBool() ? u"live"_s : u"-"_s,
+                rows.data(at, MatchListModel::OpensOnTapRole).toBool() ? u"opens"_s : u"-"_s);
+        }
+        QTEST(shown, "rows");
+        QCOMPARE(rows.data(rows.index(0), MatchListModel::CentreTextRole), QVariant(u"Final"_s));
     }
 };
 

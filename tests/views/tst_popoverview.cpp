@@ -1,8 +1,8 @@
 #include "PopoverController.h"
+#include "PopoverScene.h"
 #include "PopoverStyle.h"
 #include "StateRig.h"
 
-#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QRegularExpression>
@@ -121,18 +121,10 @@ private slots:
         m_server->script("/api/matches/results", {503, "{}"});
         m_server->script("/api/matches/7/scorecard", {200, R"({"innings": []})"});
         m_server->script("/api/matches/8/scorecard", {200, R"({"innings": []})", 100ms});
-        TodayViewModel::Setup setup;
-        setup.serviceURL = m_server->baseURL();
-        setup.clock = [] {
-            return QDateTime::fromString("2026-11-22T14:00:00+05:30", Qt::ISODate);
-        };
-        m_vm = std::make_unique<TodayViewModel>(setup);
+        m_vm = m_rig->makeModel();
         m_popover = std::make_unique<PopoverController>(*m_vm, m_server->baseURL());
         m_view = std::make_unique<QQuickView>();
-        m_view->engine()->addImportPath(u"qrc:/qt/qml"_s);
-        m_view->setInitialProperties({{"controller", QVariant::fromValue(m_popover.get())}});
-        m_view->setSource(QUrl(u"qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml"_s));
-        QCOMPARE(m_view->status(), QQuickView::Ready);
+        QVERIFY(PopoverScene::load(*m_view, *m_popover));
         m_view->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
         QVERIFY(settled());

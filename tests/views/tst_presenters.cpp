@@ -72,71 +72,48 @@ private slots:
         };
         const ZelMatch finished = match("finished", 2);
         QTest::newRow("finished: batting order, not home/away")
-            << scored(finished, "185/6 (20 ov)", "180/8 (20 ov)") << "\u2705"
-            << "185/6 \u2013 180/8"
-            << "";
+            << scored(finished, "185/6 (20 ov)", "180/8 (20 ov)") << u"\u2705"_s
+            << u"185/6 \u2013 180/8"_s << u""_s;
         QTest::newRow("finished, one score and a result")
             << with(scored(finished, "185/6 (20 ov)", ""), [](ZelMatch &m) { m.comments = "Won"; })
-            << "\u2705"
-            << "\u2713"
-            << "";
-        QTest::newRow("finished, nothing known") << finished << "\u2705"
-                                                 << "Final"
-                                                 << "";
+            << u"\u2705"_s << u"\u2713"_s << u""_s;
+        QTest::newRow("finished, nothing known") << finished << u"\u2705"_s << u"Final"_s << u""_s;
 
         ZelMatch toss = with(match("live"), [](ZelMatch &m) {
             m.tossDetails = "Southshore won the toss and chose to bowl";
         });
-        QTest::newRow("live before the first ball") << toss << "\U0001F534"
-                                                    << "Toss"
-                                                    << "STH won, elected to field";
+        QTest::newRow("live before the first ball")
+            << toss << u"\U0001F534"_s << u"Toss"_s << u"STH won, elected to field"_s;
         QTest::newRow("live, toss won by the away side, no home name")
-            << with(toss, [](ZelMatch &m) { m.homeTeamName.clear(); }) << "\U0001F534"
-            << "Toss"
-            << "STH won, elected to field";
+            << with(toss, [](ZelMatch &m) { m.homeTeamName.clear(); }) << u"\U0001F534"_s
+            << u"Toss"_s << u"STH won, elected to field"_s;
         QTest::newRow("live, toss text without a decision")
             << with(toss, [](ZelMatch &m) { m.tossDetails = "Southshore won the toss"; })
-            << "\U0001F534"
-            << "Toss"
-            << "";
-        QTest::newRow("live without toss") << match("live") << "\U0001F534"
-                                           << "Live"
-                                           << "";
+            << u"\U0001F534"_s << u"Toss"_s << u""_s;
+        QTest::newRow("live without toss")
+            << match("live") << u"\U0001F534"_s << u"Live"_s << u""_s;
         QTest::newRow("live, second innings")
             << with(scored(match("live"), "201/4 (20 Ov)", "150/3 (15.2 Ov)"),
                     [](ZelMatch &m) { m.currentInnings = "2"; })
-            << "\U0001F534"
-            << "201/4 \u2013 150/3"
-            << "2nd Innings";
+            << u"\U0001F534"_s << u"201/4 \u2013 150/3"_s << u"2nd Innings"_s;
         QTest::newRow("live, odd innings label")
             << with(scored(match("live"), "20/0 (2 Ov)", ""),
                     [](ZelMatch &m) { m.currentInnings = "3"; })
-            << "\U0001F534"
-            << "20/0"
-            << "";
+            << u"\U0001F534"_s << u"20/0"_s << u""_s;
         QTest::newRow("upcoming with a notice")
             << with(match("upcoming"), [](ZelMatch &m) { m.comments = " Rain delay "; })
-            << "\U0001F327\uFE0F"
-            << "Delayed"
-            << "Rain delay";
-        QTest::newRow("upcoming") << match("upcoming") << "\U0001F550"
-                                  << "2:00 PM"
-                                  << "Harbour Oval, Northport";
-        QTest::newRow("upcoming without start or city") << with(match("upcoming"),
-                                                                [](ZelMatch &m) {
-                                                                    m.startTime = "tomorrow";
-                                                                    m.city.clear();
-                                                                })
-                                                        << "\U0001F550"
-                                                        << "TBD"
-                                                        << "Harbour Oval";
-        QTest::newRow("abandoned") << match("abandoned") << "\u26C8\uFE0F"
-                                   << "Abandoned"
-                                   << "";
+            << u"\U0001F327\uFE0F"_s << u"Delayed"_s << u"Rain delay"_s;
+        QTest::newRow("upcoming") << match("upcoming") << u"\U0001F550"_s << u"2:00 PM"_s
+                                  << u"Harbour Oval, Northport"_s;
+        QTest::newRow("upcoming without start or city") << with(match("upcoming"), [](ZelMatch &m) {
+            m.startTime = "tomorrow";
+            m.city.clear();
+        }) << u"\U0001F550"_s << u"TBD"_s << u"Harbour Oval"_s;
+        QTest::newRow("abandoned")
+            << match("abandoned") << u"\u26C8\uFE0F"_s << u"Abandoned"_s << u""_s;
         QTest::newRow("unknown status")
-            << with(match("unknown"), [](ZelMatch &m) { m.startTime.reset(); }) << "\U0001F550"
-            << "TBD"
-            << "";
+            << with(match("unknown"), [](ZelMatch &m) { m.startTime.reset(); }) << u"\U0001F550"_s
+            << u"TBD"_s << u""_s;
     }
 
     void rowTexts()
@@ -156,14 +133,12 @@ private slots:
         ZelMatch homeSecond = match("finished", 2);
         homeSecond.firstBattingSummary = "185/6 (20 ov)";
         homeSecond.secondBattingSummary = "180/8 (20 ov)";
-        QTest::newRow("home batted second: home score first") << homeSecond << "180/8 \u2013 185/6"
-                                                              << "Harbour Oval, Northport";
+        QTest::newRow("home batted second: home score first")
+            << homeSecond << u"180/8 \u2013 185/6"_s << u"Harbour Oval, Northport"_s;
         homeSecond.secondBattingSummary.clear();
         homeSecond.city.clear();
-        QTest::newRow("only the away score") << homeSecond << "185/6"
-                                             << "Harbour Oval";
-        QTest::newRow("no scores") << match("finished") << ""
-                                   << "Harbour Oval, Northport";
+        QTest::newRow("only the away score") << homeSecond << u"185/6"_s << u"Harbour Oval"_s;
+        QTest::newRow("no scores") << match("finished") << u""_s << u"Harbour Oval, Northport"_s;
     }
 
     void resultAndFixtureLines()
@@ -181,12 +156,12 @@ private slots:
         QTest::addColumn<int>("content");
 
         using C = Popover::Content;
-        QTest::newRow("loading, nothing yet") << true << "" << true << int(C::Loading);
-        QTest::newRow("loading over an old list") << true << "" << false << int(C::List);
-        QTest::newRow("error, nothing to show") << false << "HTTP 503" << true << int(C::Error);
-        QTest::newRow("error over an old list") << false << "HTTP 503" << false << int(C::List);
-        QTest::newRow("loading beats error") << true << "HTTP 503" << true << int(C::Loading);
-        QTest::newRow("nothing at all") << false << "" << true << int(C::Empty);
+        QTest::newRow("loading, nothing yet") << true << u""_s << true << int(C::Loading);
+        QTest::newRow("loading over an old list") << true << u""_s << false << int(C::List);
+        QTest::newRow("error, nothing to show") << false << u"HTTP 503"_s << true << int(C::Error);
+        QTest::newRow("error over an old list") << false << u"HTTP 503"_s << false << int(C::List);
+        QTest::newRow("loading beats error") << true << u"HTTP 503"_s << true << int(C::Loading);
+        QTest::newRow("nothing at all") << false << u""_s << true << int(C::Empty);
     }
 
     void tabContent()
@@ -260,22 +235,20 @@ private slots:
         live.firstBattingSummary = "201/4 (20 Ov)";
         live.secondBattingSummary = "12/0 (2 Ov)";
         live.currentInnings = "2";
-        QTest::newRow("live, second innings") << live << 2 << 1 << "1st \u00B7 NTH"
-                                              << "--A";
+        QTest::newRow("live, second innings") << live << 2 << 1 << u"1st \u00B7 NTH"_s << u"--A"_s;
         live.currentInnings = "3";
-        QTest::newRow("live, past the second innings") << live << 2 << 2 << "1st \u00B7 NTH"
-                                                       << "--A";
+        QTest::newRow("live, past the second innings")
+            << live << 2 << 2 << u"1st \u00B7 NTH"_s << u"--A"_s;
         live.currentInnings = "two";
-        QTest::newRow("unreadable innings opens the first") << live << 2 << 0 << "1st \u00B7 NTH"
-                                                            << "--A";
+        QTest::newRow("unreadable innings opens the first")
+            << live << 2 << 0 << u"1st \u00B7 NTH"_s << u"--A"_s;
         ZelMatch toss = match("live", 2);
         toss.currentInnings = "1";
         toss.firstBattingTeamCode.clear();
-        QTest::newRow("before the first ball, even with innings") << toss << 1 << 0 << "1st"
-                                                                  << "AHA";
+        QTest::newRow("before the first ball, even with innings")
+            << toss << 1 << 0 << u"1st"_s << u"AHA"_s;
         QTest::newRow("finished with one innings")
-            << match("finished") << 1 << 0 << "1st \u00B7 NTH"
-            << "-AA";
+            << match("finished") << 1 << 0 << u"1st \u00B7 NTH"_s << u"-AA"_s;
     }
 
     void inningsTabs()
@@ -300,18 +273,10 @@ private slots:
         QTest::addColumn<QString>("summary");
         QTest::addColumn<QString>("score");
         QTest::addColumn<QString>("overs"); // empty: none
-        QTest::newRow("usual") << "150/3 (15.2 Ov)"
-                               << "150/3"
-                               << "15.2 Ov";
-        QTest::newRow("no parentheses: shown twice") << "185/6"
-                                                     << "185/6"
-                                                     << "185/6";
-        QTest::newRow("last parenthesis wins") << "99 (a) (18 Ov)"
-                                               << "99"
-                                               << "18 Ov";
-        QTest::newRow("empty") << ""
-                               << ""
-                               << "";
+        QTest::newRow("usual") << u"150/3 (15.2 Ov)"_s << u"150/3"_s << u"15.2 Ov"_s;
+        QTest::newRow("no parentheses: shown twice") << u"185/6"_s << u"185/6"_s << u"185/6"_s;
+        QTest::newRow("last parenthesis wins") << u"99 (a) (18 Ov)"_s << u"99"_s << u"18 Ov"_s;
+        QTest::newRow("empty") << u""_s << u""_s << u""_s;
     }
 
     void totalLine()
@@ -332,34 +297,20 @@ private slots:
         QTest::addColumn<QString>("balls");
         QTest::addColumn<int>("state");
 
-        QTest::newRow("striker with captain mark") << "live"
-                                                   << "Arjun Mehta (c)"
-                                                   << "1"
-                                                   << "10" << int(BatsmanState::Striker);
-        QTest::newRow("non-striker") << "live"
-                                     << " Kabir Rao "
-                                     << "1"
-                                     << "3" << int(BatsmanState::NonStriker);
-        QTest::newRow("out in the live innings") << "live"
-                                                 << "Dev Iyer"
-                                                 << "0"
-                                                 << "9" << int(BatsmanState::Out);
-        QTest::newRow("waiting in the live innings") << "live"
-                                                     << "Ravi Nair (wk)"
-                                                     << "1"
-                                                     << "0" << int(BatsmanState::Waiting);
-        QTest::newRow("did not bat") << "finished"
-                                     << "Ravi Nair"
-                                     << "1"
-                                     << "0" << int(BatsmanState::DidNotBat);
-        QTest::newRow("not out") << "finished"
-                                 << "Arjun Mehta (c)"
-                                 << "1"
-                                 << "12" << int(BatsmanState::NotOut);
-        QTest::newRow("out when finished") << "finished"
-                                           << "Dev Iyer"
-                                           << "0"
-                                           << "9" << int(BatsmanState::Out);
+        QTest::newRow("striker with captain mark")
+            << u"live"_s << u"Arjun Mehta (c)"_s << u"1"_s << u"10"_s << int(BatsmanState::Striker);
+        QTest::newRow("non-striker")
+            << u"live"_s << u" Kabir Rao "_s << u"1"_s << u"3"_s << int(BatsmanState::NonStriker);
+        QTest::newRow("out in the live innings")
+            << u"live"_s << u"Dev Iyer"_s << u"0"_s << u"9"_s << int(BatsmanState::Out);
+        QTest::newRow("waiting in the live innings")
+            << u"live"_s << u"Ravi Nair (wk)"_s << u"1"_s << u"0"_s << int(BatsmanState::Waiting);
+        QTest::newRow("did not bat")
+            << u"finished"_s << u"Ravi Nair"_s << u"1"_s << u"0"_s << int(BatsmanState::DidNotBat);
+        QTest::newRow("not out") << u"finished"_s << u"Arjun Mehta (c)"_s << u"1"_s << u"12"_s
+                                 << int(BatsmanState::NotOut);
+        QTest::newRow("out when finished")
+            << u"finished"_s << u"Dev Iyer"_s << u"0"_s << u"9"_s << int(BatsmanState::Out);
     }
 
     void batsmanState()

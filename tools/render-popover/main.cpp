@@ -2,6 +2,7 @@
 #include "League.h"
 #include "LeagueServer.h"
 #include "PopoverController.h"
+#include "PopoverScene.h"
 #include "PopoverStyle.h"
 #include "TodayViewModel.h"
 
@@ -10,7 +11,6 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QPalette>
-#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTemporaryDir>
@@ -102,10 +102,7 @@ int main(int argc, char *argv[])
     PopoverController popover(vm, serviceURL);
 
     QQuickView view;
-    view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
-    view.setInitialProperties({{"controller", QVariant::fromValue(&popover)}});
-    view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/ZelMenuBar/qml/TodayView.qml")));
-    if (view.status() != QQuickView::Ready)
+    if (!PopoverScene::load(view, popover))
         fail("the popover's QML did not load");
     view.show();
 
