@@ -223,9 +223,6 @@ private slots:
         QTest::newRow("413") << FixtureResponse{413, "{}", 100ms}
                              << u"Payload is too large (413)"_s;
         QTest::newRow("500") << FixtureResponse{500, "{}", 100ms} << u"Invalid status code 500"_s;
-        QTest::newRow("dropped") << FixtureResponse{200, "{\"ok\": true}", 100ms,
-                                                    FixtureResponse::Delivery::DropMidBody}
-                                 << u"Connection closed"_s;
         QTest::newRow("endless answer")
             << FixtureResponse{200, "{}", 100ms, FixtureResponse::Delivery::Endless}
             << u"The ingest's answer was too large or too slow"_s;

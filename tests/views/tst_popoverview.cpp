@@ -200,19 +200,6 @@ private slots:
         QVERIFY(visibleText(tab("fixturesTab"), "Tuesday, 24 November"));
     }
 
-    void loadingThenEmptyStatesShowTheirMessages()
-    {
-        m_server->script("/api/matches/results", {200, R"({"matches": []})", 300ms});
-        m_popover->setActiveTab(Popover::Tab::Results);
-        QQuickItem *results = tab("resultsTab");
-        QCOMPARE(results->property("shown").toInt(), int(Popover::Content::Loading));
-        QVERIFY(visibleText(results, "Loading results\u2026"));
-        QVERIFY(settled());
-        QCOMPARE(results->property("shown").toInt(), int(Popover::Content::Empty));
-        QVERIFY(visibleText(results, "No results yet"));
-        QVERIFY(!visibleText(results, "Loading results\u2026"));
-    }
-
     void spaceOpensTheFocusedRow()
     {
         QTRY_COMPARE(rows("todayTab").size(), 3);
