@@ -19,8 +19,8 @@ packages=(
     # The tray shell on X11 (the xcb platform plugin is only a recommendation of Qt's GUI).
     qt6-qpa-plugins
     # End-to-end tests: a private session bus, an X server, a tray host, a StatusNotifierWatcher,
-    # clicks and screenshots; and the checks of the desktop files.
-    dbus-daemon xvfb x11-utils xdotool trayer haskell-status-notifier-item-utils imagemagick
+    # clicks, screenshots and a notification server; and the checks of the desktop files.
+    dbus-daemon xvfb x11-utils xdotool trayer haskell-status-notifier-item-utils imagemagick dunst
     # The popover under a Wayland compositor, through Xwayland.
     weston xwayland
     appstream desktop-file-utils

@@ -1,6 +1,7 @@
 #include "MenuBarController.h"
 
 #include "DisplayText.h"
+#include "ImageCache.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -26,8 +27,13 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
     : QObject(parent)
     , m_setup(std::move(setup))
     , m_updater(updater)
+    , m_preferences(m_setup.preferencesPath)
+    , m_loginItem(LoginItem::forThisUser())
     , m_vm(stateSetup(m_setup.serviceURL))
-    , m_popoverController(m_vm, m_setup.serviceURL)
+    , m_popoverController(
+          m_vm, m_setup.serviceURL, &m_preferences,
+          {[this] { return m_loginItem.isOn(); }, [this](bool on) { return m_loginItem.set(on); }})
+    , m_alerts(m_vm, m_preferences, m_setup.serviceURL, ImageCache::shared())
     , m_sleepWatcher(m_vm)
     , m_popover(m_popoverController)
     , m_statusItem([this] { return exportedMenuEntries(); })
@@ -40,6 +46,10 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
     connect(&m_vm, &TodayViewModel::offlineChanged, this, &MenuBarController::showOfflineNote);
     connect(&m_vm, &TodayViewModel::lastUpdatedChanged, this, &MenuBarController::showOfflineNote);
     connect(&m_updater, &UpdateChecker::checked, this, &MenuBarController::showUpdateResult);
+    m_vm.setFavouriteTeam(m_preferences.favouriteTeamID());
+    connect(&m_preferences, &Preferences::favouriteChanged, this,
+            [this] { m_vm.setFavouriteTeam(m_preferences.favouriteTeamID()); });
+    connect(&m_alerts, &MatchAlerts::openRequested, this, &MenuBarController::showToday);
     connect(&m_popover, &PopoverWindow::shownAfter, this, [](qint64 nanoseconds) {
         qCDebug(lcTiming, "popover first frame %.2f ms after the click", nanoseconds / 1e6);
     });
@@ -63,6 +73,13 @@ void MenuBarController::showPopover()
     if (!m_popover.isVisible())
         m_popover.showBelow({});
     m_popover.requestActivate();
+}
+
+void MenuBarController::showToday()
+{
+    m_popoverController.setSettingsOpen(false);
+    m_popoverController.setActiveTab(Popover::Tab::Today);
+    showPopover();
 }
 
 void MenuBarController::showContextMenu(const QPoint &at)

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "LoginItem.h"
+#include "MatchAlerts.h"
 #include "MenuEntry.h"
 #include "PopoverController.h"
 #include "PopoverWindow.h"
+#include "Preferences.h"
 #include "SleepWatcher.h"
 #include "StatusItemSwitch.h"
 #include "TodayViewModel.h"
@@ -12,8 +15,9 @@
 
 class QMessageBox;
 
-// Owns what hangs from the status item: the state object, the popover, the status item itself
-// and the context menu, and keeps the item's title in step with the state object.
+// Owns what hangs from the status item: the state object, the popover with its settings, the
+// status item itself, the context menu and the match alerts, and keeps the item's title in step
+// with the state object.
 class MenuBarController : public QObject {
     Q_OBJECT
 
@@ -22,12 +26,15 @@ public:
         QString serviceURL;
         QString websiteURL;
         QString version;
+        QString preferencesPath = Preferences::defaultPath();
     };
 
     MenuBarController(Setup setup, UpdateChecker &updater, QObject *parent = nullptr);
 
     void togglePopover(const QRect &anchor);
     void showPopover();
+    // The popover on today's matches, as a click on a notification asks.
+    void showToday();
     void showContextMenu(const QPoint &at);
 
     void checkForUpdates();
@@ -53,8 +60,11 @@ private:
 
     Setup m_setup;
     UpdateChecker &m_updater;
+    Preferences m_preferences;
+    LoginItem m_loginItem;
     TodayViewModel m_vm;
     PopoverController m_popoverController;
+    MatchAlerts m_alerts;
     SleepWatcher m_sleepWatcher;
     PopoverWindow m_popover;
     StatusItemSwitch m_statusItem;

@@ -239,6 +239,11 @@ std::optional<QUrl> ZelMatch::awayTeamLogoURL(const QString &serviceBaseURL) con
     return logoURL(awayTeamLogo, serviceBaseURL);
 }
 
+bool ZelMatch::involves(const QString &teamID) const
+{
+    return !teamID.isEmpty() && (homeTeamID == teamID || awayTeamID == teamID);
+}
+
 bool ZelMatch::homeBattedFirst() const
 {
     return homeTeamID == QString::number(firstBattingTeamID);

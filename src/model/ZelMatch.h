@@ -60,6 +60,8 @@ struct ZelMatch {
     bool isLive() const { return matchStatus == QLatin1StringView("live"); }
     bool isUpcoming() const { return matchStatus == QLatin1StringView("upcoming"); }
     bool isFinished() const { return matchStatus == QLatin1StringView("finished"); }
+    // Whether one of the two sides has this identifier; an empty one is no team.
+    bool involves(const QString &teamID) const;
     // Team identifiers are text; the first batting side's is a number, compared as plain decimal.
     bool homeBattedFirst() const;
     // The batting-order code of the side with this identifier.

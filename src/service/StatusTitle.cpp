@@ -8,16 +8,40 @@
 
 namespace {
 
-// Index of the match that a stable sort by start would put first among those accepted;
-// a missing start counts as the distant future (or, when latestFirst, the distant past).
+// The favourite team's matches among these, when it has any; otherwise all of them.
+QList<qsizetype> favouredOf(const QList<ZelMatch> &matches, const QList<qsizetype> &indices,
+                            const QString &favouriteTeamID)
+{
+    QList<qsizetype> favoured;
+    for (qsizetype i : indices) {
+        if (matches[i].involves(favouriteTeamID))
+            favoured.append(i);
+    }
+    return favoured.isEmpty() ? indices : favoured;
+}
+
+template <typename Accept>
+QList<qsizetype> accepted(const QList<ZelMatch> &matches, const QList<qsizetype> &indices,
+                          Accept accept)
+{
+    QList<qsizetype> kept;
+    for (qsizetype i : indices) {
+        if (accept(matches[i]))
+            kept.append(i);
+    }
+    return kept;
+}
+
+// Index of the match that a stable sort by start would put first among those accepted,
+// the favourite's matches first; a missing start counts as the distant future (or, when
+// latestFirst, the distant past).
 template <typename Accept>
 qsizetype firstByStart(const StatusTitle::Schedule &schedule, const QList<qsizetype> &indices,
-                       bool latestFirst, Accept accept)
+                       bool latestFirst, const QString &favouriteTeamID, Accept accept)
 {
     qsizetype best = -1;
-    for (qsizetype i : indices) {
-        if (!accept(schedule.matches[i]))
-            continue;
+    for (qsizetype i : favouredOf(schedule.matches, accepted(schedule.matches, indices, accept),
+                                  favouriteTeamID)) {
         if (best < 0) {
             best = i;
             continue;
@@ -34,10 +58,11 @@ qsizetype firstByStart(const StatusTitle::Schedule &schedule, const QList<qsizet
 
 } // namespace
 
-StatusTitle::Line StatusTitle::compose(Schedule today, Schedule fixtures, const QDateTime &now)
+StatusTitle::Line StatusTitle::compose(Schedule today, Schedule fixtures, const QDateTime &now,
+                                       const QString &favouriteTeamID)
 {
     // The panel has one line, and room for a few words of it.
-    Line line = composeByRules(today, fixtures, now);
+    Line line = composeByRules(today, fixtures, now, favouriteTeamID);
     for (QChar &c : line.text) {
         if (c == u'\n' || c == u'\r')
             c = u' ';
@@ -47,12 +72,15 @@ StatusTitle::Line StatusTitle::compose(Schedule today, Schedule fixtures, const 
 }
 
 StatusTitle::Line StatusTitle::composeByRules(Schedule today, Schedule fixtures,
-                                              const QDateTime &now)
+                                              const QDateTime &now, const QString &favouriteTeamID)
 {
-    for (const ZelMatch &match : today.matches) {
-        if (match.isLive())
-            return {liveStatusBarText(match), State::Live};
-    }
+    QList<qsizetype> all(today.matches.size());
+    std::iota(all.begin(), all.end(), 0);
+    const QList<qsizetype> live = favouredOf(
+        today.matches, accepted(today.matches, all, [](const ZelMatch &m) { return m.isLive(); }),
+        favouriteTeamID);
+    if (!live.isEmpty())
+        return {liveStatusBarText(today.matches[live.first()]), State::Live};
 
     const QDateTime dayStart = LeagueCalendar::startOfDay(now);
     const QDateTime nextDayStart = LeagueCalendar::startOfNextDay(now);
@@ -63,9 +91,10 @@ StatusTitle::Line StatusTitle::composeByRules(Schedule today, Schedule fixtures,
             ofToday.append(i);
     }
 
-    const qsizetype delayed = firstByStart(today, ofToday, false, [](const ZelMatch &m) {
-        return m.isUpcoming() && !trimSpacesAndTabs(m.comments).isEmpty();
-    });
+    const qsizetype delayed =
+        firstByStart(today, ofToday, false, favouriteTeamID, [](const ZelMatch &m) {
+            return m.isUpcoming() && !trimSpacesAndTabs(m.comments).isEmpty();
+        });
     if (delayed >= 0) {
         const ZelMatch &m = today.matches[delayed];
         const bool codes = !m.homeTeamAPICode.isEmpty() && !m.awayTeamAPICode.isEmpty();
@@ -77,24 +106,28 @@ StatusTitle::Line StatusTitle::composeByRules(Schedule today, Schedule fixtures,
                 State::Delayed};
     }
 
-    const qsizetype next =
-        firstByStart(today, ofToday, false, [](const ZelMatch &m) { return m.isUpcoming(); });
+    const qsizetype next = firstByStart(today, ofToday, false, favouriteTeamID,
+                                        [](const ZelMatch &m) { return m.isUpcoming(); });
     if (next >= 0)
         return {prefix + countdown(*today.starts[next], now)};
 
-    const qsizetype finished =
-        firstByStart(today, ofToday, true, [](const ZelMatch &m) { return m.isFinished(); });
+    const qsizetype finished = firstByStart(today, ofToday, true, favouriteTeamID,
+                                            [](const ZelMatch &m) { return m.isFinished(); });
     if (finished >= 0) {
         const QString comment = trimSpacesAndTabs(today.matches[finished].comments);
         if (!comment.isEmpty())
             return {prefix + comment};
     }
 
-    QList<qsizetype> allFixtures(fixtures.matches.size());
-    std::iota(allFixtures.begin(), allFixtures.end(), 0);
-    const qsizetype fixture = firstByStart(fixtures, allFixtures, false,
+    // A fixture without a start has no countdown to show.
+    QList<qsizetype> datedFixtures;
+    for (qsizetype i = 0; i < fixtures.matches.size(); ++i) {
+        if (fixtures.starts[i])
+            datedFixtures.append(i);
+    }
+    const qsizetype fixture = firstByStart(fixtures, datedFixtures, false, favouriteTeamID,
                                            [](const ZelMatch &m) { return m.isUpcoming(); });
-    if (fixture >= 0 && fixtures.starts[fixture])
+    if (fixture >= 0)
         return {prefix + countdown(*fixtures.starts[fixture], now)};
 
     return {bat};

@@ -29,8 +29,10 @@ public:
     };
 
     // The first rule that applies: live, delayed, next start today, today's result, next
-    // fixture, idle; on one line, cut to the maximum length.
-    static Line compose(Schedule today, Schedule fixtures, const QDateTime &now);
+    // fixture, idle; on one line, cut to the maximum length. Where a rule could name several
+    // matches and one of them is the favourite team's, it names that one.
+    static Line compose(Schedule today, Schedule fixtures, const QDateTime &now,
+                        const QString &favouriteTeamID = {});
 
     static QString liveStatusBarText(const ZelMatch &match);
     static QString shortScoreWithOvers(const QString &summary);
@@ -38,5 +40,6 @@ public:
     static QString countdown(const QDateTime &start, const QDateTime &now);
 
 private:
-    static Line composeByRules(Schedule today, Schedule fixtures, const QDateTime &now);
+    static Line composeByRules(Schedule today, Schedule fixtures, const QDateTime &now,
+                               const QString &favouriteTeamID);
 };

@@ -122,6 +122,7 @@ void TodayViewModel::todayLoaded(QList<ZelMatch> list)
     m_todayFailures = 0;
     m_lastTodayFailure.clear();
     prefetchLogos(m_matches);
+    updateKnownTeams();
     updateStatusBar();
     refreshLiveScorecards(m_matches);
     scheduleAutoRefresh();
@@ -173,6 +174,7 @@ void TodayViewModel::fixturesLoaded(QList<ZelMatch> list)
     m_fixtureMatches = std::move(fixtures);
     emit fixtureMatchesChanged();
     prefetchLogos(list);
+    updateKnownTeams();
     updateStatusBar();
 }
 
@@ -181,6 +183,7 @@ void TodayViewModel::resultsLoaded(QList<ZelMatch> list)
     m_resultMatches = std::move(list);
     emit resultMatchesChanged();
     prefetchLogos(m_resultMatches);
+    updateKnownTeams();
     updateStatusBar();
 }
 
@@ -252,8 +255,9 @@ void TodayViewModel::prefetchLogos(const QList<ZelMatch> &list)
 
 void TodayViewModel::updateStatusBar()
 {
-    StatusTitle::Line line = StatusTitle::compose(
-        {m_matches, m_matchStarts}, {m_fixtureMatches, m_fixtureStarts}, m_setup.clock());
+    StatusTitle::Line line =
+        StatusTitle::compose({m_matches, m_matchStarts}, {m_fixtureMatches, m_fixtureStarts},
+                             m_setup.clock(), m_favouriteTeamID);
     if (line == m_statusBar)
         return;
     m_statusBar = std::move(line);
@@ -273,8 +277,24 @@ void TodayViewModel::scheduleAutoRefresh()
     m_autoRefreshTimer.start(m_refreshInterval);
 }
 
+void TodayViewModel::setFavouriteTeam(const QString &teamID)
+{
+    m_favouriteTeamID = teamID;
+    updateStatusBar();
+}
+
+void TodayViewModel::updateKnownTeams()
+{
+    QList<TeamInfo> teams = TeamInfo::of(m_matches + m_fixtureMatches + m_resultMatches);
+    if (teams == m_knownTeams)
+        return;
+    m_knownTeams = std::move(teams);
+    emit knownTeamsChanged();
+}
+
 void TodayViewModel::systemDidWake()
 {
+    emit resumed();
     resetSleepWatch();
     invalidateAutoRefresh();
     fetchToday();

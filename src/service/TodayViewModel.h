@@ -3,6 +3,7 @@
 #include "APIClient.h"
 #include "RefreshSchedule.h"
 #include "StatusTitle.h"
+#include "TeamInfo.h"
 #include "ZelMatch.h"
 #include "ZelScorecard.h"
 
@@ -76,6 +77,11 @@ public:
     bool isOffline() const { return m_isOffline; }
     const QString &offlineReason() const { return m_lastTodayFailure; }
 
+    // Every side the three lists have named so far, by name.
+    const QList<TeamInfo> &knownTeams() const { return m_knownTeams; }
+    // The title names this team's match where its rules could name several.
+    void setFavouriteTeam(const QString &teamID);
+
     bool isAutoRefreshPending() const { return m_autoRefreshTimer.isActive(); }
     std::chrono::milliseconds autoRefreshInterval() const;
 
@@ -109,6 +115,9 @@ signals:
     void scorecardErrorsChanged();
     void loadingScorecardsChanged();
     void offlineChanged();
+    void knownTeamsChanged();
+    // The machine woke: what today's next load shows was not seen happening.
+    void resumed();
 
 private:
     struct ListLoad;
@@ -122,6 +131,7 @@ private:
     void updateOffline(bool reasonChanged = false);
     void startScorecardRequests();
     void resetSleepWatch();
+    void updateKnownTeams();
 
     Setup m_setup;
     APIClient m_client;
@@ -139,6 +149,8 @@ private:
     QString m_fixturesError;
     QString m_resultsError;
     StatusTitle::Line m_statusBar{StatusTitle::bat};
+    QString m_favouriteTeamID;
+    QList<TeamInfo> m_knownTeams;
     QDateTime m_lastUpdated;
     ScorecardMap m_scorecards;
     ErrorMap m_scorecardErrors;

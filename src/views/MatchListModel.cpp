@@ -13,6 +13,16 @@ MatchListModel::MatchListModel(Kind kind, QString serviceURL, QLocale locale, QO
 {
 }
 
+void MatchListModel::setFavouriteTeam(const QString &teamID)
+{
+    if (teamID == m_favouriteTeamID)
+        return;
+    m_favouriteTeamID = teamID;
+    if (!m_rows.isEmpty())
+        emit dataChanged(index(0), index(int(m_rows.size()) - 1),
+                         {HomeFavouriteRole, AwayFavouriteRole});
+}
+
 void MatchListModel::timeZoneChanged()
 {
     if (!m_rows.isEmpty())
@@ -155,6 +165,10 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
         return m.formattedTossDetails();
     case SectionTitleRole:
         return row.sectionTitle;
+    case HomeFavouriteRole:
+        return !m_favouriteTeamID.isEmpty() && m.homeTeamID == m_favouriteTeamID;
+    case AwayFavouriteRole:
+        return !m_favouriteTeamID.isEmpty() && m.awayTeamID == m_favouriteTeamID;
     }
     return {};
 }
@@ -171,5 +185,6 @@ QHash<int, QByteArray> MatchListModel::roleNames() const
             {MatchOrderRole, "matchOrder"},       {DisplayTimeRole, "displayTime"},
             {VenueTextRole, "venueText"},         {GroundAndCityRole, "groundAndCity"},
             {CommentsRole, "comments"},           {TossTextRole, "tossText"},
-            {SectionTitleRole, "sectionTitle"}};
+            {SectionTitleRole, "sectionTitle"},   {HomeFavouriteRole, "homeFavourite"},
+            {AwayFavouriteRole, "awayFavourite"}};
 }

@@ -38,6 +38,8 @@ public:
         CommentsRole,
         TossTextRole,
         SectionTitleRole,
+        HomeFavouriteRole,
+        AwayFavouriteRole,
     };
 
     // Clock times are in the user's current time zone, whatever it was at start.
@@ -48,6 +50,8 @@ public:
     static constexpr qsizetype maximumTextLength = 160;
 
     void setMatches(const QList<ZelMatch> &matches);
+    // The favourite team's side of each match carries a mark; empty: no favourite.
+    void setFavouriteTeam(const QString &teamID);
     // The user's time zone changed: every clock time is told again.
     void timeZoneChanged();
     const ZelMatch *matchWithID(qint64 matchID) const;
@@ -67,5 +71,6 @@ private:
     Kind m_kind;
     QString m_serviceURL;
     QLocale m_locale;
+    QString m_favouriteTeamID;
     QList<Row> m_rows;
 };

@@ -1,10 +1,13 @@
 #include "PopoverController.h"
 
 #include "DisplayText.h"
+#include "Preferences.h"
 #include "StatusTitle.h"
 #include "TodayViewModel.h"
 
-PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceURL, QObject *parent)
+PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceURL,
+                                     Preferences *preferences,
+                                     SettingsController::LoginSwitch login, QObject *parent)
     : QObject(parent)
     , m_vm(vm)
     , m_serviceURL(serviceURL)
@@ -14,7 +17,15 @@ PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceU
     , m_resultsTab(Popover::Tab::Results, m_results)
     , m_todayTab(Popover::Tab::Today, m_today)
     , m_fixturesTab(Popover::Tab::Fixtures, m_fixtures)
+    , m_preferences(preferences)
 {
+    if (preferences) {
+        m_settings =
+            std::make_unique<SettingsController>(*preferences, vm, serviceURL, std::move(login));
+        connect(preferences, &Preferences::favouriteChanged, this,
+                &PopoverController::showFavourite);
+        showFavourite();
+    }
     m_today.setMatches(vm.matches());
     m_results.setMatches(vm.resultMatches());
     m_fixtures.setMatches(vm.fixtureMatches());
@@ -38,6 +49,22 @@ PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceU
                         &TodayViewModel::loadingScorecardsChanged, &TodayViewModel::matchesChanged,
                         &TodayViewModel::resultMatchesChanged})
         connect(&vm, signal, this, &PopoverController::scorecardsChanged);
+}
+
+void PopoverController::showFavourite()
+{
+    const QString teamID = m_preferences->favouriteTeamID();
+    for (MatchListModel *list : {&m_today, &m_results, &m_fixtures})
+        list->setFavouriteTeam(teamID);
+}
+
+void PopoverController::setSettingsOpen(bool open)
+{
+    open = open && m_settings;
+    if (open == m_settingsOpen)
+        return;
+    m_settingsOpen = open;
+    emit settingsOpenChanged();
 }
 
 void PopoverController::showTabs()

@@ -2,16 +2,20 @@
 
 #include "MatchListModel.h"
 #include "PopoverTab.h"
+#include "SettingsController.h"
 #include "TodayPresenter.h"
 
+#include <memory>
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
+class Preferences;
 class TodayViewModel;
 
 // What the popover's QML binds to: the header's texts, the selected tab with its switching
-// rule, and the three tabs with their lists and states. Opened rows read their scorecards
-// through a ScorecardModel each. The state object behind it is the TodayViewModel.
+// rule, the three tabs with their lists and states, and the settings page where there are
+// preferences to show. Opened rows read their scorecards through a ScorecardModel each. The
+// state object behind it is the TodayViewModel.
 class PopoverController : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -25,9 +29,14 @@ class PopoverController : public QObject {
     Q_PROPERTY(QString todayLabel READ todayLabel NOTIFY headerChanged)
     Q_PROPERTY(QString updatedLabel READ updatedLabel NOTIFY headerChanged)
     Q_PROPERTY(QString offlineReason READ offlineReason NOTIFY headerChanged)
+    Q_PROPERTY(SettingsController *settings READ settings CONSTANT)
+    Q_PROPERTY(bool settingsOpen READ settingsOpen WRITE setSettingsOpen NOTIFY settingsOpenChanged)
 
 public:
-    PopoverController(TodayViewModel &vm, const QString &serviceURL, QObject *parent = nullptr);
+    // Without preferences there is no settings page.
+    PopoverController(TodayViewModel &vm, const QString &serviceURL,
+                      Preferences *preferences = nullptr,
+                      SettingsController::LoginSwitch login = {}, QObject *parent = nullptr);
 
     Popover::Tab activeTab() const { return m_activeTab; }
     void setActiveTab(Popover::Tab tab);
@@ -46,6 +55,9 @@ public:
     QString updatedLabel() const;
     // Why it is out of date; empty while it is not.
     QString offlineReason() const;
+    SettingsController *settings() { return m_settings.get(); }
+    bool settingsOpen() const { return m_settingsOpen; }
+    void setSettingsOpen(bool open);
     const TodayViewModel &viewModel() const { return m_vm; }
     const QString &serviceURL() const { return m_serviceURL; }
     // A row of today's or the results' list.
@@ -65,11 +77,13 @@ public:
 signals:
     void activeTabChanged();
     void headerChanged();
+    void settingsOpenChanged();
     // A scorecard, its loading or error state, or the match it belongs to changed.
     void scorecardsChanged();
 
 private:
     void showTabs();
+    void showFavourite();
 
     TodayViewModel &m_vm;
     QString m_serviceURL;
@@ -79,6 +93,9 @@ private:
     PopoverTab m_resultsTab;
     PopoverTab m_todayTab;
     PopoverTab m_fixturesTab;
+    Preferences *m_preferences;
+    std::unique_ptr<SettingsController> m_settings;
+    bool m_settingsOpen = false;
     Popover::Tab m_activeTab = Popover::Tab::Today;
     QByteArray m_timeZone = QTimeZone::systemTimeZoneId();
 };

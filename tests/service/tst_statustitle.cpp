@@ -9,7 +9,14 @@ using namespace SampleMatches;
 
 namespace {
 const QString bat = u"\U0001F3CF"_s;
+
+// The same match with the favourite team on the away side.
+ZelMatch followed(ZelMatch m)
+{
+    m.awayTeamID = u"fav"_s;
+    return m;
 }
+} // namespace
 
 Q_DECLARE_METATYPE(StatusTitle::State)
 
@@ -105,6 +112,66 @@ private slots:
         const auto fixtureStarts = startsOf(fixtures);
         QTEST(StatusTitle::compose({today, todayStarts}, {fixtures, fixtureStarts}, now).text,
               "title");
+    }
+
+    // Where a rule could name several matches it names the favourite's; everything else is as
+    // without one.
+    void favourite_data()
+    {
+        QTest::addColumn<QList<ZelMatch>>("today");
+        QTest::addColumn<QList<ZelMatch>>("fixtures");
+        QTest::addColumn<QString>("without");
+        QTest::addColumn<QString>("with");
+
+        ZelMatch secondLive = live("1", "12/3 (2 Ov)", "");
+        secondLive.firstBattingTeamCode = u"FAV"_s;
+        QTest::newRow("two live") << QList<ZelMatch>{live("1", "50/1 (6.2 Ov)", ""),
+                                                     followed(secondLive)}
+                                  << QList<ZelMatch>{} << bat + "  NTH \U0001F534 50/1 (6.2)"
+                                  << bat + "  FAV \U0001F534 12/3 (2)";
+        QTest::newRow("two delays")
+            << QList<ZelMatch>{match("upcoming", in(-20), "Rain"),
+                               followed(match("upcoming", in(-5), "Rain", "FAV", "OPP"))}
+            << QList<ZelMatch>{} << bat + "  STH vs NTH \u2022 Delayed"
+            << bat + "  FAV vs OPP \u2022 Delayed";
+        QTest::newRow("two starts today")
+            << QList<ZelMatch>{match("upcoming", in(60)), followed(match("upcoming", in(180)))}
+            << QList<ZelMatch>{} << bat + "  1h" << bat + "  3h";
+        QTest::newRow("two results")
+            << QList<ZelMatch>{followed(match("finished", in(-400), "FAV won")),
+                               match("finished", in(-200), "NTH won")}
+            << QList<ZelMatch>{} << bat + "  NTH won" << bat + "  FAV won";
+        QTest::newRow("two fixtures")
+            << QList<ZelMatch>{}
+            << QList<ZelMatch>{match("upcoming", "2026-11-23T15:30:00+05:30"),
+                               followed(match("upcoming", "2026-11-24T19:30:00+05:30"))}
+            << bat + "  1d 1h" << bat + "  2d 5h";
+        QTest::newRow("one live beats the favourite's start")
+            << QList<ZelMatch>{followed(match("upcoming", in(30))), live("1", "50/1 (6.2 Ov)", "")}
+            << QList<ZelMatch>{} << bat + "  NTH \U0001F534 50/1 (6.2)"
+            << bat + "  NTH \U0001F534 50/1 (6.2)";
+        QTest::newRow("the favourite's fixture without a start")
+            << QList<ZelMatch>{}
+            << QList<ZelMatch>{followed(match("upcoming", std::nullopt)),
+                               match("upcoming", "2026-11-24T19:30:00+05:30")}
+            << bat + "  2d 5h" << bat + "  2d 5h";
+        QTest::newRow("the favourite's match from yesterday")
+            << QList<ZelMatch>{followed(match("finished", "2026-11-21T19:30:00+05:30", "FAV won")),
+                               match("finished", in(-200), "NTH won")}
+            << QList<ZelMatch>{} << bat + "  NTH won" << bat + "  NTH won";
+    }
+
+    void favourite()
+    {
+        QFETCH(QList<ZelMatch>, today);
+        QFETCH(QList<ZelMatch>, fixtures);
+        const auto todayStarts = startsOf(today);
+        const auto fixtureStarts = startsOf(fixtures);
+        QTEST(StatusTitle::compose({today, todayStarts}, {fixtures, fixtureStarts}, now).text,
+              "without");
+        QTEST(StatusTitle::compose({today, todayStarts}, {fixtures, fixtureStarts}, now, u"fav"_s)
+                  .text,
+              "with");
     }
 
     // What the icons mark: the rule that chose the title, not words that happen to be in it.

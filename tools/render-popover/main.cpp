@@ -4,6 +4,7 @@
 #include "PopoverController.h"
 #include "PopoverScene.h"
 #include "PopoverStyle.h"
+#include "Preferences.h"
 #include "TodayViewModel.h"
 
 #include <cstdio>
@@ -57,8 +58,8 @@ int main(int argc, char *argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        "Renders Zel Menu Bar's popover to PNG, one picture per tab, from a league scenario "
-        "played in-process or from a running score service.");
+        "Renders Zel Menu Bar's popover to PNG, one picture per tab and one of the settings "
+        "page, from a league scenario played in-process or from a running score service.");
     parser.addHelpOption();
     parser.addOptions({
         {"scenario", "League simulator scenario to play in-process (default live-second-innings).",
@@ -68,6 +69,7 @@ int main(int argc, char *argv[])
         {"dark", "Render with a dark palette."},
         {"out", "Folder for the PNG files (default the current one).", "folder", "."},
         {"prefix", "File name prefix (default popover).", "text", "popover"},
+        {"favourite", "Follow the team with this code (its matches carry the mark).", "code"},
     });
     parser.process(app);
     if (parser.isSet("dark"))
@@ -99,7 +101,11 @@ int main(int argc, char *argv[])
     if (!parser.isSet("url"))
         setup.clock = [start] { return start; };
     TodayViewModel vm(setup);
-    PopoverController popover(vm, serviceURL);
+    QTemporaryDir settingsHome;
+    Preferences preferences(settingsHome.filePath("settings.ini"));
+    preferences.setAlerts(Preferences::Alert::Starts, true);
+    preferences.setAlerts(Preferences::Alert::Results, true);
+    PopoverController popover(vm, serviceURL, &preferences);
 
     QQuickView view;
     if (!PopoverScene::load(view, popover))
@@ -119,6 +125,14 @@ int main(int argc, char *argv[])
         QTest::qWait(600); // logos and the expand animation
     };
     settle();
+    if (parser.isSet("favourite")) {
+        for (const TeamInfo &team : vm.knownTeams()) {
+            if (team.code == parser.value("favourite"))
+                preferences.setFavourite(team);
+        }
+        if (!preferences.favourite())
+            fail("no team has the code " + parser.value("favourite"));
+    }
     for (const auto &[tab, name] :
          {std::pair{Popover::Tab::Today, "today"}, std::pair{Popover::Tab::Results, "results"},
           std::pair{Popover::Tab::Fixtures, "fixtures"}}) {
@@ -129,5 +143,12 @@ int main(int argc, char *argv[])
             fail("cannot write " + file);
         std::printf("%s\n", qPrintable(file));
     }
+    popover.setActiveTab(Popover::Tab::Today);
+    popover.setSettingsOpen(true);
+    QTest::qWait(600);
+    const QString file = out.filePath(parser.value("prefix") + "-settings.png");
+    if (!view.grabWindow().save(file))
+        fail("cannot write " + file);
+    std::printf("%s\n", qPrintable(file));
     return 0;
 }

@@ -10,6 +10,8 @@ Column {
     required property string awayName
     required property url homeLogo
     required property url awayLogo
+    required property bool homeFavourite
+    required property bool awayFavourite
     required property string displayTime
     required property string venueText
     width: ListView.view ? ListView.view.width : 0
@@ -25,7 +27,10 @@ Column {
         RowLayout {
             width: parent.width - 28
             spacing: 0
-            CricketBadge { Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.homeLogo; placeholderColor: Theme.placeholder }
+            CricketBadge {
+                Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.homeLogo; placeholderColor: Theme.placeholder
+                FavouriteMark { visible: row.homeFavourite; x: -3; y: -4 }
+            }
             FitText {
                 Layout.leftMargin: 6
                 Layout.fillWidth: true
@@ -48,7 +53,10 @@ Column {
                 font.weight: Font.Medium
                 color: Theme.text
             }
-            CricketBadge { Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.awayLogo; placeholderColor: Theme.placeholder }
+            CricketBadge {
+                Layout.preferredWidth: 26; Layout.preferredHeight: 26; url: row.awayLogo; placeholderColor: Theme.placeholder
+                FavouriteMark { visible: row.awayFavourite; x: parent.width - width + 3; y: -4 }
+            }
         }
         Row {
             id: details

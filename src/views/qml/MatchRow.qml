@@ -17,6 +17,8 @@ Column {
     required property string awayCode
     required property url homeLogo
     required property url awayLogo
+    required property bool homeFavourite
+    required property bool awayFavourite
     required property string comments
     property bool showDetail: isLive
     readonly property bool finished: status === "finished"
@@ -59,7 +61,7 @@ Column {
                 font.pixelSize: 11
                 color: Theme.text
             }
-            TeamSide { logo: row.homeLogo; code: row.homeCode }
+            TeamSide { logo: row.homeLogo; code: row.homeCode; favourite: row.homeFavourite }
             Item { Layout.preferredWidth: 4 }
             // Takes all the room between the sides, the same in every row, so columns line up.
             Column {
@@ -87,7 +89,7 @@ Column {
                 }
             }
             Item { Layout.preferredWidth: 4 }
-            TeamSide { logo: row.awayLogo; code: row.awayCode; trailing: true }
+            TeamSide { logo: row.awayLogo; code: row.awayCode; favourite: row.awayFavourite; trailing: true }
             Item {
                 Layout.preferredWidth: 20
                 Layout.preferredHeight: 9

@@ -11,6 +11,8 @@ Column {
     required property string awayCode
     required property url homeLogo
     required property url awayLogo
+    required property bool homeFavourite
+    required property bool awayFavourite
     required property string scoresText
     required property string matchOrder
     required property string comments
@@ -40,7 +42,7 @@ Column {
             anchors.leftMargin: 14
             anchors.rightMargin: 14
             spacing: 0
-            TeamSide { logo: row.homeLogo; code: row.homeCode; codeWidth: 34 }
+            TeamSide { logo: row.homeLogo; code: row.homeCode; favourite: row.homeFavourite; codeWidth: 34 }
             Item { Layout.preferredWidth: 4 }
             // Takes all the room between the sides, the same in every row, so columns line up.
             Column {
@@ -65,7 +67,7 @@ Column {
                 }
             }
             Item { Layout.preferredWidth: 4 }
-            TeamSide { logo: row.awayLogo; code: row.awayCode; codeWidth: 34; trailing: true }
+            TeamSide { logo: row.awayLogo; code: row.awayCode; favourite: row.awayFavourite; codeWidth: 34; trailing: true }
             Item {
                 Layout.preferredWidth: 14
                 Layout.preferredHeight: 9

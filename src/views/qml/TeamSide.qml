@@ -8,6 +8,7 @@ Row {
     property bool trailing: false
     property real codeWidth: 36
     property real badgeSize: 22
+    property bool favourite: false
     spacing: 5
     layoutDirection: trailing ? Qt.RightToLeft : Qt.LeftToRight
 
@@ -17,6 +18,12 @@ Row {
         anchors.verticalCenter: parent.verticalCenter
         url: parent.logo
         placeholderColor: Theme.placeholder
+        FavouriteMark {
+            visible: parent.parent.favourite
+            anchors.top: parent.top
+            anchors.topMargin: -4
+            x: parent.parent.trailing ? parent.width - width + 3 : -3
+        }
     }
     Text {
         textFormat: Text.PlainText

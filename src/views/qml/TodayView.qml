@@ -13,6 +13,12 @@ Rectangle {
     focus: true
 
     Keys.onEscapePressed: root.closeRequested()
+    Keys.onPressed: (event) => {
+        if (event.key === Qt.Key_F5 || (event.key === Qt.Key_R && event.modifiers & Qt.ControlModifier)) {
+            root.controller.refresh()
+            event.accepted = true
+        }
+    }
     Keys.onLeftPressed: controller.activeTab = Math.max(Popover.Tab.Results, controller.activeTab - 1)
     Keys.onRightPressed: controller.activeTab = Math.min(Popover.Tab.Fixtures, controller.activeTab + 1)
     Keys.onReturnPressed: (event) => event.accepted = controller.retryIfFailed()
@@ -62,11 +68,36 @@ Rectangle {
                 onClicked: root.controller.refresh()
                 HoverTip { text: "Refresh" }
             }
+            PushButton {
+                objectName: "settingsButton"
+                visible: root.controller.settings !== null
+                flat: true
+                symbol: "gearshape"
+                text: "Settings"
+                onClicked: root.controller.settingsOpen = !root.controller.settingsOpen
+                HoverTip { text: "Settings" }
+            }
         }
 
         Divider { Layout.fillWidth: true }
 
+        Loader {
+            objectName: "settingsPage"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: active
+            active: root.controller.settingsOpen
+            sourceComponent: SettingsPage {
+                settings: root.controller.settings
+                focus: true
+                onBackRequested: root.controller.settingsOpen = false
+                Component.onCompleted: forceActiveFocus()
+                Component.onDestruction: root.forceActiveFocus()
+            }
+        }
+
         SegmentedBar {
+            visible: !root.controller.settingsOpen
             objectName: "tabBar"
             Layout.fillWidth: true
             Layout.leftMargin: 14
@@ -78,9 +109,10 @@ Rectangle {
             onActivated: index => root.controller.activeTab = index
         }
 
-        Divider { Layout.fillWidth: true }
+        Divider { Layout.fillWidth: true; visible: !root.controller.settingsOpen }
 
         StackLayout {
+            visible: !root.controller.settingsOpen
             Layout.fillWidth: true
             Layout.fillHeight: true
             currentIndex: root.controller.activeTab
