@@ -1,6 +1,7 @@
 #include "AppcastFeed.h"
 #include "DBusMenuExporter.h"
 #include "FixtureServer.h"
+#include "LoginItem.h"
 #include "MenuBarController.h"
 #include "PopoverWindow.h"
 #include "SignalQuitter.h"
@@ -333,6 +334,43 @@ private slots:
                                             QUrl(u"https://zel.example/zel/#donate"_s)}));
         QVERIFY(MenuBarController::pageURL(u"not a url"_s, u"/zel/#donate"_s).isEmpty());
         QCOMPARE(MenuBarController::versionLabel(QString()), u"Zel Menu Bar v?"_s);
+    }
+
+    // The user's autostart entry, alone or over one the system installs for everyone.
+    void startAtLogin_data()
+    {
+        QTest::addColumn<bool>("systemEntry");
+        QTest::newRow("user entry only") << false;
+        QTest::newRow("over a system entry") << true;
+    }
+
+    void startAtLogin()
+    {
+        QFETCH(bool, systemEntry);
+        QTemporaryDir home;
+        const QString user = home.filePath(u"user/autostart"_s);
+        const QString system = home.filePath(u"system/autostart"_s);
+        if (systemEntry) {
+            QVERIFY(QDir().mkpath(system));
+            QVERIFY(QFile::copy(u":/zel-menubar-autostart.desktop"_s,
+                                system + u'/' + LoginItem::fileName));
+        }
+        const LoginItem item(user, {system}, u"/opt/zel \"menu\"/zel-menubar"_s);
+        QCOMPARE(item.isOn(), systemEntry);
+
+        QVERIFY(item.set(true));
+        QVERIFY(item.isOn());
+        QFile written(user + u'/' + LoginItem::fileName);
+        QVERIFY(written.open(QIODevice::ReadOnly));
+        const QByteArray entry = written.readAll();
+        QVERIFY2(entry.contains("\nExec=\"/opt/zel \\\"menu\\\"/zel-menubar\"\n"),
+                 entry.constData());
+        QVERIFY(entry.contains("\nIcon=zel-menubar\n"));
+        written.close();
+
+        QVERIFY(item.set(false));
+        QVERIFY(!item.isOn());
+        QCOMPARE(QFile::exists(written.fileName()), systemEntry); // hidden, not removed
     }
 
     void oneInstancePerSession()

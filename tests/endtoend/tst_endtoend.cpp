@@ -1,10 +1,12 @@
 #include "DBusWireTypes.h"
 #include "DesktopSession.h"
+#include "MatchEvents.h"
 #include "StatusNotifierHost.h"
 #include "TodayViewModel.h"
 #include "ZelConfig.h"
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -14,6 +16,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScopeGuard>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -132,6 +135,40 @@ class EndToEndTest : public QObject {
         const bool loaded =
             QTest::qWaitFor([&] { return !vm.isLoading() && !vm.isLoadingFixtures(); }, 10000);
         return loaded ? vm.statusBarTitle().text : u"(the service did not answer)"_s;
+    }
+
+    // A request to the simulator; its body when it answered 200.
+    static std::optional<QByteArray> simCall(const QByteArray &verb, const QString &path,
+                                             const QByteArray &body = {})
+    {
+        QNetworkAccessManager network;
+        const QNetworkRequest request(QUrl(u"http://127.0.0.1:%1"_s.arg(ZEL_E2E_PORT) + path));
+        std::unique_ptr<QNetworkReply> reply(network.sendCustomRequest(request, verb, body));
+        if (!QTest::qWaitFor([&] { return reply->isFinished(); }, 10000) ||
+            reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() != 200)
+            return std::nullopt;
+        return reply->readAll();
+    }
+
+    // Today's first match as the simulator serves it at this moment of the league.
+    static QJsonObject simMatchAt(const QDateTime &moment)
+    {
+        simCall("PUT", u"/sim/clock"_s, moment.toString(Qt::ISODate).toUtf8());
+        const auto today = simCall("GET", u"/api/matches/today"_s);
+        return QJsonDocument::fromJson(today.value_or("{}"))[u"matches"_s][0].toObject();
+    }
+
+    // The summaries of every notification the server received, oldest first; those still on
+    // screen are closed first, so that the history holds them all.
+    QStringList notifications() const
+    {
+        m_desktop.run(u"dunstctl"_s, {u"close-all"_s});
+        const QJsonDocument history =
+            QJsonDocument::fromJson(m_desktop.run(u"dunstctl"_s, {u"history"_s}).toUtf8());
+        QStringList summaries;
+        for (const QJsonValue note : history[u"data"_s][0].toArray())
+            summaries.prepend(note[u"summary"_s][u"data"_s].toString());
+        return summaries;
     }
 
 private slots:
@@ -336,15 +373,6 @@ private slots:
         return batches;
     }
 
-    void setIngestStatus(int status)
-    {
-        QNetworkAccessManager network;
-        QNetworkRequest request(QUrl(u"http://127.0.0.1:%1/sim/ingest-status"_s.arg(ZEL_E2E_PORT)));
-        std::unique_ptr<QNetworkReply> reply(network.put(request, QByteArray::number(status)));
-        QTRY_VERIFY(reply->isFinished());
-        QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), 200);
-    }
-
     void analyticsReachTheIngest()
     {
         const QString log = m_desktop.path(u"ingest.jsonl"_s);
@@ -388,13 +416,13 @@ private slots:
         DesktopSession::stop(m_app);
 
         // An ingest that fails: what is pending at SIGTERM waits on disk for the next run.
-        setIngestStatus(500);
+        QVERIFY(simCall("PUT", u"/sim/ingest-status"_s, "500").has_value());
         QVERIFY(startApp());
         QTest::qWait(12000); // a send, refused
         DesktopSession::stop(m_app);
         QVERIFY(QFile::exists(cacheFile));
         QCOMPARE(ingestBatches(log).size(), 1);
-        setIngestStatus(200);
+        QVERIFY(simCall("PUT", u"/sim/ingest-status"_s, "200").has_value());
         QVERIFY(startApp());
         QTRY_COMPARE_WITH_TIMEOUT(ingestBatches(log).size(), 2, 15000);
         // Two kept, two new; the session of the first launch means no new installation.
@@ -405,6 +433,97 @@ private slots:
         QCOMPARE(laterTypes, (QStringList{u"app.launched"_s, u"TelemetryDeck.Session.started"_s,
                                           u"app.launched"_s, u"TelemetryDeck.Session.started"_s}));
         QVERIFY(!QFile::exists(cacheFile));
+    }
+
+    // A match played by the simulator, its clock moved on between loads, with every alert on
+    // for the favourite's matches and a real notification server under Xvfb.
+    void matchAlertsReachTheDesktop()
+    {
+        QProcess dunst;
+        DesktopSession::tieToTest(dunst);
+        dunst.setProcessEnvironment(m_desktop.environment());
+        dunst.start(u"dunst"_s, {});
+        QVERIFY(dunst.waitForStarted());
+        const auto stopDunst = qScopeGuard([&] { DesktopSession::stop(dunst); });
+        // Asked before it holds its name, the bus would start another one, without a display.
+        QTRY_COMPARE(QDBusConnection::sessionBus()
+                         .interface()
+                         ->servicePid(u"org.freedesktop.Notifications"_s)
+                         .value(),
+                     uint(dunst.processId()));
+
+        const QDateTime afternoon =
+            QDateTime::fromString(u"2026-11-22T14:00:00+05:30"_s, Qt::ISODate);
+        QVERIFY(startSim({u"--scenario"_s, u"next-start-today"_s, u"--start"_s,
+                          afternoon.toString(Qt::ISODate)}));
+        // Moments of the match: the toss, its first wicket, the result.
+        const QJsonObject upcoming = simMatchAt(afternoon);
+        const QDateTime start =
+            QDateTime::fromString(upcoming[u"startTime"_s].toString(), Qt::ISODate);
+        QVERIFY2(start.isValid(), qPrintable(QJsonDocument(upcoming).toJson()));
+        const QDateTime toss = start.addSecs(-25 * 60);
+        QDateTime wicket = toss;
+        while (MatchEvents::wicketsIn(
+                   simMatchAt(wicket)[u"batting"_s][u"firstSummary"_s].toString()) < 1)
+            wicket = wicket.addSecs(120);
+        const QDateTime end = start.addSecs(5 * 3600);
+        QCOMPARE(simMatchAt(end)[u"status"_s].toString(), u"finished"_s);
+        simMatchAt(afternoon);
+
+        QSettings settings(m_desktop.path(u"config/ZelMenuBar/settings.ini"_s),
+                           QSettings::IniFormat);
+        settings.setValue(u"favourite/id"_s, upcoming[u"homeTeam"_s][u"id"_s].toString());
+        settings.setValue(u"favourite/name"_s, upcoming[u"homeTeam"_s][u"name"_s].toString());
+        for (const char *alert : {"starts", "wickets", "results"})
+            settings.setValue(u"notify/"_s + QLatin1StringView(alert), true);
+        settings.sync();
+
+        const QString item = startAppWithItem();
+        QVERIFY(!item.isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(), 10000);
+        QVERIFY(activateToOpen(item));
+        QTest::qWait(2000);
+        QCOMPARE(notifications(), QStringList()); // what was so at start is not news
+
+        // F5 in the popover reloads today's matches.
+        const auto reloadAt = [&](const QDateTime &moment) {
+            simMatchAt(moment);
+            m_desktop.key(u"F5"_s);
+        };
+        reloadAt(toss);
+        QTRY_COMPARE_WITH_TIMEOUT(notifications().size(), 1, 10000);
+        QVERIFY2(notifications().first().endsWith(u" has started"_s),
+                 qPrintable(notifications().first()));
+        reloadAt(toss.addSecs(60));
+        QTest::qWait(2000);
+        QCOMPARE(notifications().size(), 1);
+        reloadAt(wicket);
+        QTRY_COMPARE_WITH_TIMEOUT(notifications().size(), 2, 10000);
+        QVERIFY2(notifications().last().startsWith(u"Wicket! "_s),
+                 qPrintable(notifications().last()));
+
+        m_desktop.key(u"Escape"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
+        simMatchAt(end);
+        m_panel.callItem(item, u"Activate"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
+        m_desktop.key(u"F5"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(m_desktop.run(u"dunstctl"_s, {u"count"_s, u"displayed"_s}),
+                                  u"1"_s, 10000);
+        m_desktop.key(u"Escape"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
+        m_desktop.run(u"dunstctl"_s, {u"action"_s, u"0"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000); // the click opens today's matches
+        QCOMPARE(notifications().size(), 3);
+        QVERIFY2(notifications().last().endsWith(u": result"_s),
+                 qPrintable(notifications().last()));
+
+        // A new start with the match over tells nothing.
+        DesktopSession::stop(m_app);
+        QVERIFY(startApp());
+        QTest::qWait(4000);
+        QCOMPARE(notifications().size(), 3);
     }
 
     void serviceFailureAndRecovery()

@@ -1,6 +1,7 @@
 #include "PopoverController.h"
 #include "PopoverScene.h"
 #include "PopoverStyle.h"
+#include "Preferences.h"
 #include "StateRig.h"
 
 #include <QQuickItem>
@@ -24,6 +25,8 @@ const QByteArray today = R"json({"matches": [
      "batting": {"firstTeamID": 1, "firstTeamCode": "NTH", "firstSummary": "50/1 (6.2 Ov)"},
      "live": {"currentInnings": "1"}},
     {"matchID": 8, "status": "finished", "startTime": "2026-11-22T09:30:00+05:30",
+     "homeTeam": {"id": "1", "name": "Northport", "logoURL": "", "code": "NTH"},
+     "awayTeam": {"id": "2", "name": "Southshore", "logoURL": "", "code": "STH"},
      "batting": {"firstTeamID": 1, "firstSummary": "180/6 (20 Ov)", "secondSummary": "150 (19 Ov)"}},
     {"matchID": 9, "status": "upcoming", "startTime": "2026-11-22T19:30:00+05:30"}]})json";
 
@@ -56,6 +59,7 @@ class PopoverViewTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_cacheHome;
+    std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<StateRig> m_rig;
     FixtureServer *m_server = nullptr;
     std::unique_ptr<TodayViewModel> m_vm;
@@ -122,7 +126,10 @@ private slots:
         m_server->script("/api/matches/7/scorecard", {200, R"({"innings": []})"});
         m_server->script("/api/matches/8/scorecard", {200, R"({"innings": []})", 100ms});
         m_vm = m_rig->makeModel();
-        m_popover = std::make_unique<PopoverController>(*m_vm, m_server->baseURL());
+        QFile::remove(m_cacheHome.filePath(u"settings.ini"_s));
+        m_preferences = std::make_unique<Preferences>(m_cacheHome.filePath(u"settings.ini"_s));
+        m_popover =
+            std::make_unique<PopoverController>(*m_vm, m_server->baseURL(), m_preferences.get());
         m_view = std::make_unique<QQuickView>();
         QVERIFY(PopoverScene::load(*m_view, *m_popover));
         m_view->show();
@@ -302,6 +309,34 @@ private slots:
         QCOMPARE(m_popover->activeTab(), Popover::Tab::Fixtures);
         QTest::keyClick(m_view.get(), Qt::Key_Escape);
         QCOMPARE(closed.count(), 1);
+    }
+
+    // The gear turns the body into the settings page; a team chosen there is marked in the
+    // lists, and Escape goes back.
+    void settingsPageFromTheGear()
+    {
+        QMetaObject::invokeMethod(tab("settingsButton"), "clicked");
+        QVERIFY(m_popover->settingsOpen());
+        QQuickItem *page = tab("settingsPage");
+        QTRY_VERIFY(page->isVisible() && child(page, "teamList"));
+        QVERIFY(!tab("todayTab")->isVisible());
+        QVERIFY(visibleText(page, "NOTIFY ME ABOUT EVERY MATCH"));
+
+        QQuickItem *teams = child(page, "teamList");
+        teams->forceActiveFocus();
+        QTest::keyClick(m_view.get(), Qt::Key_Down);
+        QTest::keyClick(m_view.get(), Qt::Key_Space);
+        QCOMPARE(m_preferences->favouriteTeamID(), u"1"_s);
+        QVERIFY(visibleText(page, "NOTIFY ME ABOUT MY TEAM'S MATCHES"));
+        QMetaObject::invokeMethod(child(page, "notifyWickets"), "toggled");
+        QVERIFY(m_preferences->alerts(Preferences::Alert::Wickets));
+        QVERIFY(!m_preferences->alerts(Preferences::Alert::Starts));
+
+        QTest::keyClick(m_view.get(), Qt::Key_Escape);
+        QVERIFY(!m_popover->settingsOpen());
+        QTRY_VERIFY(tab("todayTab")->isVisible());
+        QTRY_COMPARE(rows("todayTab")[1]->property("homeFavourite").toBool(), true);
+        QCOMPARE(rows("todayTab")[1]->property("awayFavourite").toBool(), false);
     }
 };
 

@@ -133,6 +133,18 @@ bool LeagueServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *
         }
         return true;
     }
+    if (path == QLatin1StringView("/sim/clock") && m_jump &&
+        request.method() == QHttpServerRequest::Method::Put) {
+        const QDateTime moment =
+            QDateTime::fromString(QString::fromUtf8(request.body().trimmed()), Qt::ISODate);
+        if (!moment.isValid() || moment.timeSpec() == Qt::LocalTime) {
+            HttpReply::text(400, "PUT an ISO 8601 moment with an offset").writeTo(socket);
+        } else {
+            m_jump(moment);
+            HttpReply::text(200, "clock set").writeTo(socket);
+        }
+        return true;
+    }
     if (request.method() != QHttpServerRequest::Method::Get) {
         HttpReply::text(405, "only GET is served here").writeTo(socket);
         return true;

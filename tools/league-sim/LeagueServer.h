@@ -25,6 +25,8 @@ public:
     QString origin() const;
     // The version the update feed at /zel/appcast.xml announces; set before start().
     void setAnnouncedVersion(const QString &version) { m_announcedVersion = version; }
+    // Lets PUT /sim/clock move the league's time; without it the clock cannot be moved.
+    void setClockControl(std::function<void(const QDateTime &)> jump) { m_jump = std::move(jump); }
 
 protected:
     bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
@@ -37,6 +39,7 @@ private:
 
     League &m_league;
     Clock m_clock;
+    std::function<void(const QDateTime &)> m_jump;
     FaultInjector m_faults;
     IngestSink &m_ingest;
     QHash<QString, HttpReply> m_files; // logos and the web site's pages, by path

@@ -10,6 +10,8 @@ public:
     SimClock(QDateTime start, double speed);
 
     QDateTime now() const;
+    // The league's time goes on from this moment.
+    void jumpTo(const QDateTime &moment);
 
 private:
     QDateTime m_start;

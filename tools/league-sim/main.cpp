@@ -24,6 +24,7 @@ Endpoints:
   GET  /logos/<file>, /cdn/logos/<file>   team badges (PNG, one SVG)
   POST /v2/, /v2/namespace/<ns>/     analytics ingest: each JSON array becomes a line of --ingest-log
   PUT  /sim/ingest-status            the status the ingest answers from now on (the body: 500)
+  PUT  /sim/clock                    moves the league's time to a moment (the body: 2026-11-22T21:00:00+05:30)
 
 Matches go from upcoming to the toss (30 minutes before the start), through two innings of up to
 20 overs with a 15-minute break, ball by ball (one every 40 seconds), to their result.
@@ -152,12 +153,13 @@ int main(int argc, char *argv[])
     if (!ingest.open(&error))
         fail(error);
 
-    const SimClock clock(start, speed);
+    SimClock clock(start, speed);
     LeagueServer server(
         league, [&clock] { return clock.now(); }, FaultInjector(rates, seed), ingest);
     if (QVersionNumber::fromString(parser.value("announce-version")).isNull())
         fail(QStringLiteral("--announce-version takes a version such as 1.2.0"));
     server.setAnnouncedVersion(parser.value("announce-version"));
+    server.setClockControl([&clock](const QDateTime &moment) { clock.jumpTo(moment); });
     if (!server.start(quint16(integer(parser, "port", 0, 65535)), &error))
         fail(error);
 
