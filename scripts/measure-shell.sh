@@ -3,10 +3,12 @@
 # StatusNotifierWatcher: start to first title on the bus, click to the popover's first frame,
 # resident memory after a minute idle with the popover made, and CPU time while idle.
 #
-# Usage: scripts/measure-shell.sh [IDLE_MINUTES]   (default 10)
+# Usage: scripts/measure-shell.sh [IDLE_MINUTES] [alerts]   (default 10; "alerts" turns every
+# match alert on, with dunst as the notification server)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 minutes=${1:-10}
+alerts=${2:-}
 
 scripts/install-deps.sh
 cmake --preset demo >/dev/null
@@ -18,6 +20,11 @@ dbus-run-session -- bash -c '
     minutes=$1
     source scripts/lib/desktop.sh
     start_desktop
+    if [[ $2 == alerts ]]; then
+        mkdir -p "$work/config/ZelMenuBar"
+        printf "[notify]\nstarts=true\nwickets=true\nresults=true\n" > "$work/config/ZelMenuBar/settings.ini"
+        dunst >/dev/null 2>&1 & pids+=($!)
+    fi
     # Nothing live: the idle figures are for a quiet league day.
     $build/tools/league-sim/zel-league-sim --scenario no-match-today >/dev/null & pids+=($!)
     sleep 1
@@ -50,4 +57,4 @@ dbus-run-session -- bash -c '
     sleep $((minutes * 60))
     after=$(cpu)
     echo "CPU over $minutes idle minutes: $(echo "($after - $before) / $ticks" | bc -l | xargs printf "%.2f") s"
-' measure "$minutes"
+' measure "$minutes" "$alerts"
