@@ -14,8 +14,6 @@ using namespace std::chrono_literals;
 namespace {
 
 const QByteArray twoMatches = R"({"matches": [{"matchID": 1, "status": "live"}, {"matchID": 2}]})";
-const QByteArray scorecard = R"({"innings": [{"inningsNo": 1, "battingTeamName": "Lions",
-    "batting": [{"name": "Asha", "runs": 10}], "bowling": []}]})";
 
 // What a completion received, and whether it arrived before the call returned.
 template <typename T> struct Outcome {
@@ -92,45 +90,6 @@ private slots:
             QVERIFY(!result.isOk());
             QCOMPARE(result.error(), (ZelError{"APIClient", status, error}));
         }
-    }
-
-    void eachEndpointHasItsPath_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::newRow("today") << u"/api/matches/today"_s;
-        QTest::newRow("upcoming") << u"/api/matches/upcoming"_s;
-        QTest::newRow("results") << u"/api/matches/results"_s;
-    }
-
-    void eachEndpointHasItsPath()
-    {
-        QFETCH(QString, path);
-        FixtureServer server;
-        server.script(path, {200, twoMatches});
-        APIClient client(server.baseURL());
-        const QHash<QString, void (APIClient::*)(APIClient::MatchesCompletion)> operations{
-            {"/api/matches/today", &APIClient::fetchTodayMatches},
-            {"/api/matches/upcoming", &APIClient::fetchUpcomingMatches},
-            {"/api/matches/results", &APIClient::fetchResultMatches}};
-        auto outcome = run<QList<ZelMatch>>(
-            [&](auto completion) { (client.*operations.value(path))(std::move(completion)); });
-
-        QVERIFY(outcome->result->isOk());
-        QCOMPARE(server.requestedPaths(), QStringList{path});
-    }
-
-    void scorecardOfAMatch()
-    {
-        FixtureServer server;
-        server.script("/api/matches/1234/scorecard", {200, scorecard});
-        APIClient client(server.baseURL());
-        QCOMPARE(client.scorecardURL(1234), server.baseURL() + "/api/matches/1234/scorecard");
-
-        auto outcome = run<ZelScorecard>(
-            [&](auto completion) { client.fetchScorecard(1234, std::move(completion)); });
-        QVERIFY2(outcome->result->isOk(), failureText(*outcome->result));
-        QCOMPARE(outcome->result->value().innings[0].batting[0].runs, u"10"_s);
-        QCOMPARE(server.requestedPaths(), QStringList{"/api/matches/1234/scorecard"});
     }
 
     void decodingFailures_data()

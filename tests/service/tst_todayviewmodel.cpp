@@ -283,18 +283,6 @@ private slots:
         QCOMPARE(model->statusBarTitle().text, u"\U0001F3CF  5h 29m"_s);
     }
 
-    void resultsLoadOnlyWhenAsked()
-    {
-        m_server->script("/api/matches/results", {200, R"({"matches": [{"matchID": 3}]})"});
-        auto model = makeModel();
-        QVERIFY(settled(*model));
-        QVERIFY(model->resultMatches().isEmpty());
-        model->fetchResults();
-        QVERIFY(model->isLoadingResults());
-        QTRY_VERIFY(!model->isLoadingResults());
-        QCOMPARE(idsOf(model->resultMatches()), QList<qint64>{3});
-    }
-
     void destroyedModelIgnoresLateAnswers()
     {
         // Under the sanitizers, any late callback touching the dead model would be reported.

@@ -100,22 +100,6 @@ private slots:
         QCOMPARE(m_popover->resultsModel()->rowCount(), 1);
     }
 
-    void openingAFinishedRowLoadsItsScorecardOnce()
-    {
-        ScorecardModel card;
-        card.setController(m_popover.get());
-        card.setMatchKey(u"8"_s);
-        QCOMPARE(card.state(), Popover::Card::None);
-        m_popover->scorecardWanted(u"8"_s);
-        QCOMPARE(card.state(), Popover::Card::Loading);
-        m_popover->scorecardWanted(u"8"_s);
-        QVERIFY(settled());
-        m_popover->scorecardWanted(u"8"_s);
-        QVERIFY(settled());
-        QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
-        QCOMPARE(card.state(), Popover::Card::Ready);
-    }
-
     void liveScorecardMarksTheCrease()
     {
         ScorecardModel card;
