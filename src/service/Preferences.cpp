@@ -1,5 +1,6 @@
 #include "Preferences.h"
 
+#include <algorithm>
 #include <QStandardPaths>
 
 namespace {

@@ -3,6 +3,8 @@
 #include "Preferences.h"
 #include "TodayViewModel.h"
 
+#include <algorithm>
+
 SettingsController::SettingsController(Preferences &preferences, const TodayViewModel &vm,
                                        const QString &serviceURL, LoginSwitch login,
                                        QObject *parent)
