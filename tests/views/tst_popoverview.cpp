@@ -311,11 +311,12 @@ private slots:
         QCOMPARE(closed.count(), 1);
     }
 
-    // The gear turns the body into the settings page; a team chosen there is marked in the
-    // lists, and Escape goes back.
-    void settingsPageFromTheGear()
+    // The gear or Ctrl+, turns the body into the settings page; a team chosen there is marked
+    // in the lists, and Escape goes back.
+    void settingsPage()
     {
-        QMetaObject::invokeMethod(tab("settingsButton"), "clicked");
+        m_view->rootObject()->forceActiveFocus();
+        QTest::keyClick(m_view.get(), Qt::Key_Comma, Qt::ControlModifier);
         QVERIFY(m_popover->settingsOpen());
         QQuickItem *page = tab("settingsPage");
         QTRY_VERIFY(page->isVisible() && child(page, "teamList"));
@@ -337,6 +338,10 @@ private slots:
         QTRY_VERIFY(tab("todayTab")->isVisible());
         QTRY_COMPARE(rows("todayTab")[1]->property("homeFavourite").toBool(), true);
         QCOMPARE(rows("todayTab")[1]->property("awayFavourite").toBool(), false);
+        QMetaObject::invokeMethod(tab("settingsButton"), "clicked");
+        QVERIFY(m_popover->settingsOpen());
+        QMetaObject::invokeMethod(tab("settingsButton"), "clicked");
+        QVERIFY(!m_popover->settingsOpen());
     }
 };
 

@@ -14,8 +14,12 @@ Rectangle {
 
     Keys.onEscapePressed: root.closeRequested()
     Keys.onPressed: (event) => {
-        if (event.key === Qt.Key_F5 || (event.key === Qt.Key_R && event.modifiers & Qt.ControlModifier)) {
+        const control = event.modifiers & Qt.ControlModifier
+        if (event.key === Qt.Key_F5 || (event.key === Qt.Key_R && control)) {
             root.controller.refresh()
+            event.accepted = true
+        } else if (event.key === Qt.Key_Comma && control) {
+            root.controller.settingsOpen = true
             event.accepted = true
         }
     }
