@@ -4,7 +4,7 @@
 start_desktop() {
     work=$(mktemp -d)
     pids=()
-    trap 'kill ${pids[*]} 2>/dev/null || true; rm -rf "$work"' EXIT
+    trap 'kill ${pids[*]} 2>/dev/null || true; wait 2>/dev/null || true; rm -rf "$work"' EXIT
     exec 5>"$work/display"
     Xvfb -displayfd 5 -screen 0 1280x800x24 -nolisten tcp -noreset &
     pids+=($!)

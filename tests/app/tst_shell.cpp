@@ -307,7 +307,9 @@ private slots:
     {
         FixtureServer service;
         UpdateChecker updater(service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s);
-        MenuBarController controller({service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s},
+        QTemporaryDir settings;
+        MenuBarController controller({service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s,
+                                      settings.filePath(u"settings.ini"_s)},
                                      updater);
         const QList<MenuEntry> entries = controller.exportedMenuEntries();
         QStringList labels;
