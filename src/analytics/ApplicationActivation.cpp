@@ -7,12 +7,12 @@ QGuiApplication *guiApplication()
 {
     return qobject_cast<QGuiApplication *>(QCoreApplication::instance());
 }
-} // namespace
 
 bool applicationIsActive()
 {
-    return !guiApplication() || QGuiApplication::applicationState() == Qt::ApplicationActive;
+    return QGuiApplication::applicationState() == Qt::ApplicationActive;
 }
+} // namespace
 
 void followApplicationActivation(QObject *context, std::function<void(bool active)> changed)
 {

@@ -1,10 +1,7 @@
 #include "DefaultSignalPayload.h"
 
 #include "DesktopAccessibility.h"
-#include "SessionManager.h"
-#include "TelemetryManager.h"
 #include "TelemetryManagerConfiguration.h"
-#include "TelemetryManagerStorage.h"
 
 #include <mutex>
 #include <QFile>
@@ -15,6 +12,7 @@
 #include <QScreen>
 #include <QSysInfo>
 #include <sys/utsname.h>
+#include <unicode/ucal.h>
 
 namespace {
 
@@ -40,6 +38,21 @@ QString firstPiece(const QString &identifier)
 {
     static const QRegularExpression separators(QStringLiteral("[-_]"));
     return identifier.split(separators).first();
+}
+
+// The Gregorian week under the locale's own rule: ICU knows both the first day of the week and
+// the days the first week needs, where Qt knows only the first. -1 when ICU cannot tell.
+int weekOfYear(QDate date, const QLocale &locale)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const QByteArray name = locale.name().toLatin1();
+    UCalendar *calendar = ucal_open(u"UTC", -1, name.constData(), UCAL_GREGORIAN, &status);
+    if (U_FAILURE(status))
+        return -1;
+    ucal_setDate(calendar, date.year(), date.month() - 1, date.day(), &status);
+    const int week = ucal_get(calendar, UCAL_WEEK_OF_YEAR, &status);
+    ucal_close(calendar);
+    return U_SUCCESS(status) ? week : -1;
 }
 
 QString lastPiece(const QString &identifier)
@@ -122,7 +135,8 @@ QString DefaultSignalPayload::timeZone(int offsetSeconds)
     return text;
 }
 
-QMap<QString, QString> DefaultSignalPayload::calendarParameters(const QDateTime &moment)
+QMap<QString, QString> DefaultSignalPayload::calendarParameters(const QDateTime &moment,
+                                                                const QLocale &locale)
 {
     const QDate date = moment.date();
     const int dayOfWeek = date.dayOfWeek(); // 1 = Monday, as the signal wants it
@@ -131,7 +145,7 @@ QMap<QString, QString> DefaultSignalPayload::calendarParameters(const QDateTime 
         {"TelemetryDeck.Calendar.dayOfMonth", number(date.day())},
         {"TelemetryDeck.Calendar.dayOfWeek", number(dayOfWeek)},
         {"TelemetryDeck.Calendar.dayOfYear", number(date.dayOfYear())},
-        {"TelemetryDeck.Calendar.weekOfYear", number(date.weekNumber())},
+        {"TelemetryDeck.Calendar.weekOfYear", number(weekOfYear(date, locale))},
         {"TelemetryDeck.Calendar.isWeekend",
          dayOfWeek >= 6 ? QStringLiteral("true") : QStringLiteral("false")},
         {"TelemetryDeck.Calendar.monthOfYear", number(date.month())},
@@ -264,8 +278,6 @@ QMap<QString, QString> DefaultSignalPayload::momentParameters(const QDateTime &n
     keys.insert(QStringLiteral("TelemetryDeck.Device.timeZone"), timeZone(now.offsetFromUtc()));
     keys.insert(accessibilityParameters());
     keys.insert(calendarParameters(now));
-    // No extension identifier on Linux. Signals only flow while a manager is in place.
-    if (const auto manager = TelemetryManagerStorage::manager())
-        keys.insert(manager->sessionManager().retentionParameters(now));
+    // No extension identifier on Linux.
     return keys;
 }

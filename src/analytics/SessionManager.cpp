@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <QCoreApplication>
 
 using namespace std::chrono_literals;
 
@@ -14,6 +15,7 @@ const QString firstSessionDateKey = QStringLiteral("firstSessionDate");
 const QString distinctDaysUsedKey = QStringLiteral("distinctDaysUsed");
 constexpr qint64 historySeconds = 7'776'000; // 90 days
 constexpr qint64 lastMonthSeconds = 2'592'000;
+constexpr qint64 sessionWriteSeconds = 60;
 // A history of 90 days is a few KiB; a larger value is not one the client wrote.
 constexpr qsizetype largestHistoryBytes = 4 * 1024 * 1024;
 
@@ -64,9 +66,18 @@ SessionManager::SessionManager(Store store, Announce announce, Clock clock)
 
     followApplicationActivation(
         this, [this](bool active) { active ? willBecomeActive() : didResignActive(); });
+    if (const QCoreApplication *application = QCoreApplication::instance())
+        connect(application, &QCoreApplication::aboutToQuit, this, [this] {
+            updateSessionDuration();
+            writeSessions();
+            stopSessionTimer();
+        });
 }
 
-SessionManager::~SessionManager() = default; // the worker finishes the writes asked for
+SessionManager::~SessionManager()
+{
+    writeSessions(); // the worker then finishes every write asked for
+}
 
 void SessionManager::startNewSession()
 {
@@ -85,10 +96,8 @@ void SessionManager::beginSession()
     }
     m_currentSessionStartedAt = m_clock();
     m_currentSessionDuration = 0;
-    // A session counts only active time: one that starts while the app is in the background
-    // waits for it to come forward.
-    if (applicationIsActive())
-        willBecomeActive();
+    updateSessionDuration();
+    m_sessionDurationUpdater.start();
 }
 
 void SessionManager::updateSessionDuration()
@@ -114,6 +123,17 @@ void SessionManager::persistCurrentSessionIfNeeded()
             m_durationsBeforeLast += m_recentSessions.last().durationInSeconds;
         m_recentSessions.append(current);
     }
+    m_sessionsUnwritten = true;
+    if (!m_sessionsWrittenAt || m_sessionsWrittenAt->secsTo(m_clock()) >= sessionWriteSeconds)
+        writeSessions();
+}
+
+void SessionManager::writeSessions()
+{
+    if (!m_sessionsUnwritten)
+        return;
+    m_sessionsUnwritten = false;
+    m_sessionsWrittenAt = m_clock();
     persist(recentSessionsKey, StoredSession::encode(m_recentSessions));
 }
 
@@ -126,6 +146,7 @@ void SessionManager::stopSessionTimer()
 void SessionManager::didResignActive()
 {
     updateSessionDuration();
+    writeSessions();
     stopSessionTimer();
 }
 

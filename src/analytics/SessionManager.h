@@ -12,8 +12,9 @@
 #include <QStringList>
 #include <QTimer>
 
-// How long the application is used: a rolling 90-day history of sessions, counting only the
-// time it is active, the days it was used on, and a new installation's first session. Lives on
+// How long the application is used: a rolling 90-day history of sessions, the days it was used
+// on, and a new installation's first session. A session runs from its start whatever the focus
+// (a tray app rarely has it); focus lost and regained afterwards pause and resume it. Lives on
 // the main thread; only its writes to the store run on a worker, in order.
 class SessionManager : public QObject {
     Q_OBJECT
@@ -25,7 +26,7 @@ public:
     using Announce = std::function<void(const QString &, const QMap<QString, QString> &)>;
 
     SessionManager(Store store, Announce announce, Clock clock = &QDateTime::currentDateTime);
-    // Waits for the writes already asked for.
+    // Writes the running session and waits for every write asked for.
     ~SessionManager() override;
 
     // Any thread; the session starts on the main thread.
@@ -44,6 +45,7 @@ private:
     void beginSession();
     void updateSessionDuration();
     void persistCurrentSessionIfNeeded();
+    void writeSessions();
     void stopSessionTimer();
     void updateDistinctDaysUsed(QSettings &store);
     void persist(const QString &key, const QVariant &value);
@@ -61,6 +63,10 @@ private:
     QDateTime m_currentSessionStartedAt;
     double m_currentSessionDuration = 0;
     std::optional<QDateTime> m_sessionDurationLastUpdatedAt;
+    // The history is written at most once a minute while a session runs, and when it pauses or
+    // ends: a write every second would wake the disk all day.
+    std::optional<QDateTime> m_sessionsWrittenAt;
+    bool m_sessionsUnwritten = false;
     QTimer m_sessionDurationUpdater;
     SerialWorker m_persistenceQueue{"seprior.sessionmanager.persistence"};
 };

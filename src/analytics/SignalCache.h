@@ -18,7 +18,11 @@ template <typename Record> class SignalCache {
 public:
     static constexpr qsizetype maximumNumberOfSignalsToPopAtOnce = 100;
     // A cache file is a few hundred kilobytes at most; anything past this is not one.
+    // A cache file is a few hundred kilobytes at most: of a larger one the newest records are
+    // kept up to this size.
     static constexpr qint64 maximumFileSize = 8 * 1024 * 1024;
+    // Past this a file is not read whole; its last part, up to maximumFileSize, is.
+    static constexpr qint64 largestFileRead = 64 * 1024 * 1024;
     static inline const QString fileName = QStringLiteral("telemetrysignalcache");
 
     SignalCache(const QString &directory, std::optional<LogHandler> logHandler)
@@ -29,10 +33,17 @@ public:
         QFile file(m_path);
         if (!file.open(QIODevice::ReadOnly))
             return;
-        const QByteArray data =
-            file.size() <= maximumFileSize ? file.read(maximumFileSize) : QByteArray();
+        const qint64 size = file.size();
+        const bool tailOnly = size > largestFileRead;
+        if (tailOnly)
+            file.seek(size - maximumFileSize);
+        const QByteArray data = file.read(tailOnly ? maximumFileSize : largestFileRead);
         file.remove();
-        m_cachedSignals = decode(data);
+        m_cachedSignals = decode(tailOnly ? fromFirstRecord(data) : data);
+        if (tailOnly)
+            log(LogLevel::Error,
+                QStringLiteral("Dropped the older part of a Telemetry cache of %1 bytes")
+                    .arg(size));
         log(LogLevel::Info, QStringLiteral("Loaded %1 signals").arg(m_cachedSignals.size()));
     }
 
@@ -83,18 +94,50 @@ public:
     }
 
 private:
-    // All or nothing: a file with one record that cannot be read is not trusted at all.
-    static QList<Record> decode(const QByteArray &data)
+    // The records that can be read, the newest of them up to maximumFileSize.
+    QList<Record> decode(const QByteArray &data) const
     {
-        const QJsonDocument document = QJsonDocument::fromJson(data);
-        QList<Record> records;
-        for (const QJsonValue value : document.array()) {
-            auto record = Record::fromCacheJson(value);
-            if (!record)
-                return {};
-            records.append(std::move(*record));
+        QJsonParseError error{};
+        const QJsonDocument document = QJsonDocument::fromJson(data, &error);
+        if (error.error != QJsonParseError::NoError || !document.isArray()) {
+            if (!data.isEmpty())
+                log(LogLevel::Error, QStringLiteral("The Telemetry cache is not a list of "
+                                                    "signals and was dropped"));
+            return {};
         }
+        const QJsonArray values = document.array();
+        QList<Record> records;
+        qsizetype unreadable = 0;
+        qsizetype overSize = 0;
+        qint64 kept = 0;
+        for (qsizetype i = values.size() - 1; i >= 0; --i) {
+            auto record = Record::fromCacheJson(values[i]);
+            if (!record) {
+                ++unreadable;
+                continue;
+            }
+            kept += QJsonDocument(values[i].toObject()).toJson(QJsonDocument::Compact).size() + 1;
+            if (kept > maximumFileSize) {
+                overSize = i + 1;
+                break;
+            }
+            records.prepend(std::move(*record));
+        }
+        if (unreadable + overSize > 0)
+            log(LogLevel::Error,
+                QStringLiteral(
+                    "Dropped %1 unreadable and %2 older signals from the Telemetry cache")
+                    .arg(unreadable)
+                    .arg(overSize));
         return records;
+    }
+
+    // The array from the first whole record of a file's last part. A record begins with its
+    // first key; inside a text that quote would be escaped, so the first match is a boundary.
+    static QByteArray fromFirstRecord(const QByteArray &tail)
+    {
+        const qsizetype start = tail.indexOf(R"(,{"appID":)");
+        return start < 0 ? QByteArray() : '[' + tail.mid(start + 1);
     }
 
     void log(LogLevel level, const QString &message) const

@@ -2,6 +2,7 @@
 
 #include "CryptoHashing.h"
 #include "DefaultSignalPayload.h"
+#include "DesktopAccessibility.h"
 #include "SignalSender.h"
 #include "TelemetryManagerConfiguration.h"
 
@@ -9,12 +10,16 @@
 #include <QSettings>
 #include <QTimer>
 
-SignalManager::SignalManager(std::shared_ptr<TelemetryManagerConfiguration> configuration)
+SignalManager::SignalManager(std::shared_ptr<TelemetryManagerConfiguration> configuration,
+                             Retention retention)
     : m_configuration(std::move(configuration))
+    , m_retention(std::move(retention))
     , m_signalCache(std::make_shared<SignalCache<SignalPostBody>>(
           m_configuration->cacheDirectory.get(),
           m_configuration->swiftUIPreviewMode() ? std::nullopt : m_configuration->logHandler.get()))
-    , m_sender(new SignalSender(m_signalCache, m_configuration))
+    , m_sender(
+          new SignalSender(m_signalCache, m_configuration,
+                           getServiceUrl(m_configuration->apiBaseURL, m_configuration->namespace_)))
 {
     if (QCoreApplication *application = QCoreApplication::instance())
         m_mainThread.moveToThread(application->thread());
@@ -81,41 +86,56 @@ void SignalManager::processSignal(const QString &signalType,
     QMetaObject::invokeMethod(
         &m_mainThread,
         [=, this] {
-            SignalSender *sender = m_sender;
-            if (!sender)
-                return; // the application is quitting
-            // Read from the store once: it never changes, and the store is a file.
-            if (m_defaultUser.isEmpty())
-                m_defaultUser = defaultUserIdentifier(*configuration);
-            const QString defaultUser = m_defaultUser;
-            const QMap<QString, QString> moment =
-                DefaultSignalPayload::momentParameters(QDateTime::currentDateTime());
-            QMetaObject::invokeMethod(
-                sender,
-                [=, cache = m_signalCache] {
-                    QMap<QString, QString> payload =
-                        DefaultSignalPayload::deviceParameters(*configuration);
-                    payload.insert(moment);
-                    for (const auto &enricher : configuration->metadataEnrichers.get())
-                        payload.insert(enricher->enrich(signalType, customUserID, floatValue));
-                    payload.insert(parameters); // the signal's own values win
-                    const QString user = customUserID.value_or(
-                        configuration->defaultUser.get().value_or(defaultUser));
-                    const SignalPostBody record{
-                        QDateTime::currentDateTimeUtc(),
-                        configuration->telemetryAppID,
-                        CryptoHashing::sha256(user, configuration->salt),
-                        configuration->sessionID().toString(QUuid::WithoutBraces).toUpper(),
-                        signalType,
-                        floatValue,
-                        payload,
-                        configuration->testMode() ? QStringLiteral("true")
-                                                  : QStringLiteral("false")};
-                    configuration->log(LogLevel::Debug,
-                                       QStringLiteral("Process signal: ") + record.description());
-                    cache->push(record);
-                },
-                Qt::QueuedConnection);
+            // The first signals wait for the desktop's settings, so that they report them.
+            const auto build = [=, this] {
+                buildRecord(signalType, parameters, floatValue, customUserID, configuration);
+            };
+            if (DesktopAccessibility *desktop = DesktopAccessibility::instance())
+                desktop->whenRead(&m_mainThread, build);
+            else
+                build();
+        },
+        Qt::QueuedConnection);
+}
+
+void SignalManager::buildRecord(const QString &signalType, const QMap<QString, QString> &parameters,
+                                std::optional<double> floatValue,
+                                const std::optional<QString> &customUserID,
+                                const std::shared_ptr<TelemetryManagerConfiguration> &configuration)
+{
+    SignalSender *sender = m_sender;
+    if (!sender)
+        return; // the application is quitting
+    // Read from the store once: it never changes, and the store is a file.
+    if (m_defaultUser.isEmpty())
+        m_defaultUser = defaultUserIdentifier(*configuration);
+    const QString defaultUser = m_defaultUser;
+    const QDateTime now = QDateTime::currentDateTime();
+    QMap<QString, QString> moment = DefaultSignalPayload::momentParameters(now);
+    if (m_retention)
+        moment.insert(m_retention(now));
+    QMetaObject::invokeMethod(
+        sender,
+        [=, cache = m_signalCache] {
+            QMap<QString, QString> payload = DefaultSignalPayload::deviceParameters(*configuration);
+            payload.insert(moment);
+            for (const auto &enricher : configuration->metadataEnrichers.get())
+                payload.insert(enricher->enrich(signalType, customUserID, floatValue));
+            payload.insert(parameters); // the signal's own values win
+            const QString user =
+                customUserID.value_or(configuration->defaultUser.get().value_or(defaultUser));
+            const SignalPostBody record{
+                QDateTime::currentDateTimeUtc(),
+                configuration->telemetryAppID,
+                CryptoHashing::sha256(user, configuration->salt),
+                configuration->sessionID().toString(QUuid::WithoutBraces).toUpper(),
+                signalType,
+                floatValue,
+                payload,
+                configuration->testMode() ? QStringLiteral("true") : QStringLiteral("false")};
+            configuration->log(LogLevel::Debug,
+                               QStringLiteral("Process signal: ") + record.description());
+            cache->push(record);
         },
         Qt::QueuedConnection);
 }

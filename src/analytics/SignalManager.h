@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <QThread>
 #include <QUrl>
 
@@ -15,7 +16,11 @@ class SignalSender;
 // writes the ones still waiting to disk when the application quits.
 class SignalManager : public SignalManageable {
 public:
-    explicit SignalManager(std::shared_ptr<TelemetryManagerConfiguration> configuration);
+    // The session figures every signal carries, as they are at a moment; main thread.
+    using Retention = std::function<QMap<QString, QString>(const QDateTime &now)>;
+
+    explicit SignalManager(std::shared_ptr<TelemetryManagerConfiguration> configuration,
+                           Retention retention = {});
     ~SignalManager() override;
 
     // Metadata on the main thread (it reads the desktop's state), the record built on the
@@ -37,9 +42,14 @@ public:
     void appWillTerminate();
 
 private:
+    // Main thread.
+    void buildRecord(const QString &signalType, const QMap<QString, QString> &parameters,
+                     std::optional<double> floatValue, const std::optional<QString> &customUserID,
+                     const std::shared_ptr<TelemetryManagerConfiguration> &configuration);
     void stopSending();
 
     std::shared_ptr<TelemetryManagerConfiguration> m_configuration;
+    const Retention m_retention;
     std::shared_ptr<SignalCache<SignalPostBody>> m_signalCache;
     QObject m_mainThread;  // queued work for the main thread dies with the manager
     QString m_defaultUser; // main thread only

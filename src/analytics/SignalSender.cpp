@@ -1,7 +1,6 @@
 #include "SignalSender.h"
 
 #include "BoundedDownload.h"
-#include "SignalManager.h"
 #include "TelemetryError.h"
 #include "TelemetryManagerConfiguration.h"
 
@@ -19,9 +18,11 @@ constexpr int transferTimeoutMs = 15000;
 } // namespace
 
 SignalSender::SignalSender(std::shared_ptr<Cache> cache,
-                           std::shared_ptr<TelemetryManagerConfiguration> configuration)
+                           std::shared_ptr<TelemetryManagerConfiguration> configuration,
+                           std::optional<QUrl> serviceURL)
     : m_cache(std::move(cache))
     , m_configuration(std::move(configuration))
+    , m_serviceURL(std::move(serviceURL))
 {
 }
 
@@ -42,8 +43,9 @@ void SignalSender::start()
 
 void SignalSender::attemptToSendNextBatch()
 {
-    // Nothing leaves the machine while analytics are off, not even what an earlier run kept.
-    if (m_configuration->analyticsDisabled.get())
+    // Nothing leaves the machine while analytics are off or in preview, not even what an earlier
+    // run kept.
+    if (m_configuration->analyticsDisabled.get() || m_configuration->swiftUIPreviewMode())
         return;
     log(LogLevel::Debug, QStringLiteral("Current signal cache count: %1").arg(m_cache->count()));
     QList<SignalPostBody> batch = m_cache->pop();
@@ -52,9 +54,7 @@ void SignalSender::attemptToSendNextBatch()
     log(LogLevel::Info, QStringLiteral("Sending %1 signals leaving a cache of %2 signals")
                             .arg(batch.size())
                             .arg(m_cache->count()));
-    const auto url =
-        SignalManager::getServiceUrl(m_configuration->apiBaseURL, m_configuration->namespace_);
-    if (!url) {
+    if (!m_serviceURL) {
         log(LogLevel::Error, QStringLiteral("Unable to construct signal API URL for namespace ") +
                                  m_configuration->namespace_.value_or(QString()));
         log(LogLevel::Error,
@@ -65,7 +65,7 @@ void SignalSender::attemptToSendNextBatch()
     QJsonArray records;
     for (const SignalPostBody &record : std::as_const(batch))
         records.append(record.toWireJson());
-    QNetworkRequest request(*url);
+    QNetworkRequest request(*m_serviceURL);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     request.setTransferTimeout(transferTimeoutMs);
     QNetworkReply *reply =

@@ -6,6 +6,7 @@
 #include <memory>
 #include <QHash>
 #include <QObject>
+#include <QUrl>
 
 class QNetworkAccessManager;
 class QNetworkReply;
@@ -22,8 +23,10 @@ public:
     using Cache = SignalCache<SignalPostBody>;
     static constexpr int sendIntervalMs = 10000;
 
+    // Without a service URL every batch stays in the cache.
     SignalSender(std::shared_ptr<Cache> cache,
-                 std::shared_ptr<TelemetryManagerConfiguration> configuration);
+                 std::shared_ptr<TelemetryManagerConfiguration> configuration,
+                 std::optional<QUrl> serviceURL);
     ~SignalSender() override;
 
     // On the worker thread, once.
@@ -36,6 +39,7 @@ private:
 
     std::shared_ptr<Cache> m_cache;
     std::shared_ptr<TelemetryManagerConfiguration> m_configuration;
+    const std::optional<QUrl> m_serviceURL;
     QNetworkAccessManager *m_network = nullptr;
     QTimer *m_timer = nullptr;
     QHash<QNetworkReply *, QList<SignalPostBody>> m_inFlight;

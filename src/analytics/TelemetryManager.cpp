@@ -1,7 +1,7 @@
 #include "TelemetryManager.h"
 
 #include "CryptoHashing.h"
-#include "TelemetryDeck.h"
+#include "ReservedNames.h"
 #include "TelemetryManagerConfiguration.h"
 #include "TelemetryManagerStorage.h"
 
@@ -18,12 +18,14 @@ constexpr qint64 sessionContinuesSeconds = 300;
 
 TelemetryManager::TelemetryManager(std::shared_ptr<TelemetryManagerConfiguration> configuration,
                                    Clock clock)
-    : m_signalManager(std::make_shared<SignalManager>(configuration))
-    , m_sessionManager(
+    : m_sessionManager(
           new SessionManager([configuration] { return configuration->store(); },
-                             [](const QString &name, const QMap<QString, QString> &parameters) {
-                                 TelemetryDeck::internalSignal(name, parameters);
+                             [this](const QString &name, const QMap<QString, QString> &parameters) {
+                                 internalSignal(name, parameters);
                              }))
+    , m_signalManager(std::make_shared<SignalManager>(
+          configuration, [sessions = m_sessionManager.get()](
+                             const QDateTime &now) { return sessions->retentionParameters(now); }))
     , m_durationSignalTracker(new DurationSignalTracker)
     , m_clock(std::move(clock))
     , m_configuration(std::move(configuration))
@@ -46,9 +48,13 @@ void TelemetryManager::DeleteOnOwnThread::operator()(QObject *object) const
 std::shared_ptr<TelemetryManager>
 TelemetryManager::create(std::shared_ptr<TelemetryManagerConfiguration> configuration, Clock clock)
 {
-    auto manager = std::make_shared<TelemetryManager>(std::move(configuration), std::move(clock));
+    auto manager = std::make_shared<TelemetryManager>(configuration, std::move(clock));
+    std::weak_ptr<TelemetryManager> weak = manager;
+    configuration->onSessionBegan([weak] {
+        if (const auto self = weak.lock())
+            self->sessionBegan();
+    });
     if (QCoreApplication *application = QCoreApplication::instance()) {
-        std::weak_ptr<TelemetryManager> weak = manager;
         QMetaObject::invokeMethod(
             application,
             [weak] {
@@ -66,12 +72,12 @@ TelemetryManager::create(std::shared_ptr<TelemetryManagerConfiguration> configur
 
 void TelemetryManager::initialize(std::shared_ptr<TelemetryManagerConfiguration> configuration)
 {
-    TelemetryDeck::initialize(std::move(configuration));
+    TelemetryManagerStorage::setManager(create(std::move(configuration)));
 }
 
 void TelemetryManager::terminate()
 {
-    TelemetryDeck::terminate();
+    TelemetryManagerStorage::setManager(nullptr);
 }
 
 bool TelemetryManager::isInitialized()
@@ -93,29 +99,72 @@ std::shared_ptr<TelemetryManager> TelemetryManager::shared()
 
 void TelemetryManager::send(const QString &signalType, const QMap<QString, QString> &parameters)
 {
-    TelemetryDeck::signal(signalType, parameters);
+    shared()->signal(signalType, parameters, std::nullopt, std::nullopt);
 }
 
 void TelemetryManager::send(const QString &signalType, const std::optional<QString> &clientUser,
                             std::optional<double> floatValue,
                             const QMap<QString, QString> &parameters)
 {
-    TelemetryDeck::signal(signalType, parameters, floatValue, clientUser);
+    shared()->signal(signalType, parameters, floatValue, clientUser);
 }
 
 void TelemetryManager::requestImmediateSync()
 {
-    TelemetryDeck::requestImmediateSync();
+    shared()->syncSoon();
 }
 
 void TelemetryManager::updateDefaultUser(const std::optional<QString> &user)
 {
-    TelemetryDeck::updateDefaultUserID(user);
+    shared()->configuration()->defaultUser.set(user);
 }
 
 void TelemetryManager::generateNewSession()
 {
-    TelemetryDeck::generateNewSession();
+    shared()->configuration()->setSessionID(QUuid::createUuid());
+}
+
+void TelemetryManager::signal(const QString &signalName, const QMap<QString, QString> &parameters,
+                              std::optional<double> floatValue,
+                              const std::optional<QString> &customUserID)
+{
+    const auto config = configuration();
+    if (config->swiftUIPreviewMode() || config->analyticsDisabled.get())
+        return;
+    const QString name = config->defaultSignalPrefix.get().value_or(QString()) + signalName;
+    const QMap<QString, QString> prefixed = ReservedNames::withParameterPrefix(
+        parameters, config->defaultParameterPrefix.get().value_or(QString()));
+    if (config->reservedParameterWarningsEnabled.get()) {
+        ReservedNames::warnOfSignalName(*config, name);
+        ReservedNames::warnOfKeys(*config, prefixed);
+    }
+    internalSignal(name, prefixed, floatValue, customUserID);
+}
+
+void TelemetryManager::internalSignal(const QString &signalName,
+                                      const QMap<QString, QString> &parameters,
+                                      std::optional<double> floatValue,
+                                      const std::optional<QString> &customUserID)
+{
+    const auto config = configuration();
+    if (config->swiftUIPreviewMode() || config->analyticsDisabled.get())
+        return;
+    QMap<QString, QString> merged = ReservedNames::withParameterPrefix(
+        config->defaultParameters.get()(),
+        config->defaultParameterPrefix.get().value_or(QString()));
+    // Checked whether or not reserved-name warnings are on.
+    ReservedNames::warnOfKeys(*config, merged);
+    merged.insert(parameters);
+    m_signalManager->processSignal(signalName, merged, floatValue, customUserID, config);
+}
+
+void TelemetryManager::sessionBegan()
+{
+    const auto config = configuration();
+    if (config->sessionStatsEnabled.get())
+        m_sessionManager->startNewSession();
+    if (config->sendNewSessionBeganSignal.get())
+        internalSignal(QStringLiteral("TelemetryDeck.Session.started"));
 }
 
 std::shared_ptr<TelemetryManagerConfiguration> TelemetryManager::configuration() const

@@ -11,8 +11,9 @@
 
 class TelemetryManagerConfiguration;
 
-// The analytics client's one running instance: its configuration, its signal manager, and the
-// moments that decide when a sync may be asked for and when a session starts over.
+// The analytics client's one running instance: its configuration, its signal manager, the
+// session and duration trackers, and the moments that decide when a sync may be asked for and
+// when a session starts over.
 class TelemetryManager : public std::enable_shared_from_this<TelemetryManager> {
 public:
     using Clock = std::function<QDateTime()>;
@@ -37,6 +38,14 @@ public:
     static void updateDefaultUser(const std::optional<QString> &user);
     static void generateNewSession();
 
+    // Prefixes the name and the keys, warns of reserved names, and queues the signal.
+    void signal(const QString &signalName, const QMap<QString, QString> &parameters,
+                std::optional<double> floatValue, const std::optional<QString> &customUserID);
+    // The client's own signals: no prefix on the name, no name checks.
+    void internalSignal(const QString &signalName, const QMap<QString, QString> &parameters = {},
+                        std::optional<double> floatValue = {},
+                        const std::optional<QString> &customUserID = {});
+
     std::shared_ptr<TelemetryManagerConfiguration> configuration() const;
     QString hashedDefaultUser() const;
     SignalManageable &signalManager() { return *m_signalManager; }
@@ -56,8 +65,11 @@ private:
         void operator()(QObject *object) const;
     };
 
-    std::shared_ptr<SignalManager> m_signalManager;
+    void sessionBegan();
+
+    // Declared before the signal manager, which reads its figures for every signal.
     std::unique_ptr<SessionManager, DeleteOnOwnThread> m_sessionManager;
+    std::shared_ptr<SignalManager> m_signalManager;
     std::unique_ptr<DurationSignalTracker, DeleteOnOwnThread> m_durationSignalTracker;
     const Clock m_clock;
     mutable std::mutex m_lock; // guards the three below

@@ -1,9 +1,6 @@
 #include "TelemetryManagerConfiguration.h"
 
 #include "CryptoHashing.h"
-#include "TelemetryDeck.h"
-#include "TelemetryManager.h"
-#include "TelemetryManagerStorage.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -33,11 +30,8 @@ bool TelemetryManagerConfiguration::swiftUIPreviewMode() const
 void TelemetryManagerConfiguration::setSessionID(QUuid id)
 {
     m_sessionID.set(id);
-    if (sessionStatsEnabled.get())
-        if (const auto manager = TelemetryManagerStorage::manager())
-            manager->sessionManager().startNewSession();
-    if (sendNewSessionBeganSignal.get())
-        TelemetryDeck::internalSignal(QStringLiteral("TelemetryDeck.Session.started"));
+    if (const auto began = m_sessionBegan.get())
+        began();
 }
 
 void TelemetryManagerConfiguration::log(LogLevel level, const QString &message) const

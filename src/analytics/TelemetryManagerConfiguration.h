@@ -61,8 +61,9 @@ public:
     void setSwiftUIPreviewMode(bool on) { _swiftUIPreviewMode.set(on); }
 
     QUuid sessionID() const { return m_sessionID.get(); }
-    // Starts a new session: stores the identifier, then announces the session when told to.
+    // Stores the identifier, then tells whoever follows sessions that a new one began.
     void setSessionID(QUuid id);
+    void onSessionBegan(std::function<void()> began) { m_sessionBegan.set(std::move(began)); }
 
     void log(LogLevel level, const QString &message) const;
 
@@ -73,4 +74,5 @@ public:
 
 private:
     Guarded<QUuid> m_sessionID{QUuid::createUuid()};
+    Guarded<std::function<void()>> m_sessionBegan;
 };

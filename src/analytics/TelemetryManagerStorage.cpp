@@ -1,9 +1,8 @@
 #include "TelemetryManagerStorage.h"
 
-#include "TelemetryManager.h"
-
 #include <mutex>
 #include <shared_mutex>
+#include <utility>
 
 namespace {
 std::shared_mutex lock;

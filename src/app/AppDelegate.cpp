@@ -25,14 +25,19 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     // There is no dock to keep out of: the app opens no window of its own and its popover is a
     // popup, which panels leave out of the task list.
-    if (m_setup.analytics)
-        startAnalytics(*m_setup.analytics);
+    if (m_setup.analytics) {
+        TelemetryDeck::initialize(analyticsConfiguration(*m_setup.analytics, m_setup.version,
+                                                         QProcessEnvironment::systemEnvironment()));
+        TelemetryDeck::signal(QStringLiteral("app.launched"));
+    }
     m_controller = std::make_unique<MenuBarController>(
         MenuBarController::Setup{m_setup.serviceURL, m_setup.websiteURL, m_setup.version},
         m_updater);
 }
 
-void AppDelegate::startAnalytics(const Analytics &analytics) const
+std::shared_ptr<TelemetryManagerConfiguration>
+AppDelegate::analyticsConfiguration(const Analytics &analytics, const QString &version,
+                                    const QProcessEnvironment &environment)
 {
     auto configuration = std::make_shared<TelemetryManagerConfiguration>(
         analytics.appID, analytics.salt, QUrl(analytics.baseURL));
@@ -41,12 +46,12 @@ void AppDelegate::startAnalytics(const Analytics &analytics) const
         QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + folder);
     configuration->storeDirectory.set(
         QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + folder);
-    configuration->appVersion.set(m_setup.version);
+    configuration->appVersion.set(version);
     configuration->buildNumber.set(analytics.buildNumber);
     // The convention across tools for "do not report on me": nothing leaves the machine.
-    configuration->analyticsDisabled.set(qgetenv("DO_NOT_TRACK") == "1");
-    TelemetryDeck::initialize(configuration);
-    TelemetryDeck::signal(QStringLiteral("app.launched"));
+    configuration->analyticsDisabled.set(environment.value(QStringLiteral("DO_NOT_TRACK")) ==
+                                         QLatin1String("1"));
+    return configuration;
 }
 
 int AppDelegate::run(int argc, char *argv[], const Setup &setup)

@@ -5,6 +5,9 @@
 
 #include <memory>
 #include <optional>
+#include <QProcessEnvironment>
+
+class TelemetryManagerConfiguration;
 
 // The application's delegate: starts the update checks at once and builds the menu-bar
 // controller when the event loop is running.
@@ -36,9 +39,13 @@ public:
     // The process entry: one instance per session, then the event loop until quit.
     static int run(int argc, char *argv[], const Setup &setup);
 
-private:
-    void startAnalytics(const Analytics &analytics) const;
+    // The analytics client's configuration: the app's own folders, its version, and off when
+    // the environment says DO_NOT_TRACK=1.
+    static std::shared_ptr<TelemetryManagerConfiguration>
+    analyticsConfiguration(const Analytics &analytics, const QString &version,
+                           const QProcessEnvironment &environment);
 
+private:
     Setup m_setup;
     UpdateChecker m_updater;
     std::unique_ptr<MenuBarController> m_controller;

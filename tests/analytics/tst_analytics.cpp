@@ -13,12 +13,17 @@
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusVariant>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QSysInfo>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 #include <QTimeZone>
+#include <QWindow>
 
 using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
@@ -77,27 +82,62 @@ QList<QStringList> receivedTypes(const FixtureServer &ingest)
     return batches;
 }
 
-// The desktop portal's settings as GNOME publishes them: animations off, inverted lightness on.
+// The desktop portal's settings service, answering from a table the test sets, a little late
+// as a portal being started by the bus would.
 class FakePortal : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
+public:
+    QMap<QString, QVariant> settings; // "group/key"
+    std::chrono::milliseconds delay{0};
+
 public slots:
     QDBusVariant Read(const QString &group, const QString &key)
     {
-        const QMap<QString, bool> known{
-            {u"org.gnome.desktop.interface/enable-animations"_s, false},
-            {u"org.gnome.desktop.a11y.magnifier/invert-lightness"_s, true}};
         const QString name = group + u'/' + key;
-        if (!known.contains(name))
+        if (!settings.contains(name)) {
             sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such setting"_s);
+            return {};
+        }
+        setDelayedReply(true);
         // Wrapped twice, as older portals answer.
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(known.value(name))));
+        const QDBusMessage reply = message().createReply(QVariant::fromValue(
+            QDBusVariant(QVariant::fromValue(QDBusVariant(settings.value(name))))));
+        QTimer::singleShot(delay, this, [bus = connection(), reply] { bus.send(reply); });
+        return {};
     }
 
 signals:
     void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
 };
+
+// GNOME with animations off and the magnifier inverting.
+const QMap<QString, QVariant> everythingOn{
+    {u"org.gnome.desktop.interface/enable-animations"_s, false},
+    {u"org.gnome.desktop.a11y.applications/screen-magnifier-enabled"_s, true},
+    {u"org.gnome.desktop.a11y.magnifier/invert-lightness"_s, true}};
+
+// The running kernel's leading numbers, as the system tells them.
+QStringList kernelNumbers()
+{
+    QFile release(u"/proc/sys/kernel/osrelease"_s);
+    if (!release.open(QIODevice::ReadOnly))
+        return {};
+    const QString text = QString::fromLatin1(release.readAll());
+    QStringList numbers = text.section(u'-', 0, 0).trimmed().split(u'.');
+    while (numbers.size() < 3)
+        numbers.append(u"0"_s);
+    return numbers.first(3);
+}
+
+QString machineModel()
+{
+    QFile product(u"/sys/class/dmi/id/product_name"_s);
+    const QString name =
+        product.open(QIODevice::ReadOnly) ? QString::fromUtf8(product.readAll()).trimmed() : u""_s;
+    return name.isEmpty() ? QSysInfo::currentCpuArchitecture() : name;
+}
 
 } // namespace
 
@@ -107,6 +147,8 @@ class AnalyticsTest : public QObject {
     QTemporaryDir m_folder;
     LogLines m_log;
     std::unique_ptr<FixtureServer> m_ingest;
+    FakePortal m_portal;
+    QMap<QString, QString> m_expectedMetadata;
 
     std::shared_ptr<TelemetryManagerConfiguration>
     configuration(std::optional<QString> namespaceName = {})
@@ -129,6 +171,22 @@ class AnalyticsTest : public QObject {
     }
 
     QString cacheFile() const { return m_folder.filePath(u"cache/telemetrysignalcache"_s); }
+    QString storeFile() const { return m_folder.filePath(u"config/seprior.4f90459902b1"_s); }
+
+    // The records of the ingest's batch of that number, once the client is asked to send.
+    QJsonArray batch(int index = 0)
+    {
+        auto &manager = TelemetryManager::shared()->signalManager();
+        const bool arrived = QTest::qWaitFor(
+            [&] {
+                manager.attemptToSendNextBatchOfCachedSignals();
+                return m_ingest->requestBodies().size() > index;
+            },
+            8000);
+        if (!arrived)
+            qWarning("batch %d never arrived", index);
+        return QJsonDocument::fromJson(m_ingest->requestBodies().value(index)).array();
+    }
 
     void writeCacheFile(const QByteArray &data)
     {
@@ -180,6 +238,22 @@ class AnalyticsTest : public QObject {
     }
 
 private slots:
+    void initTestCase()
+    {
+        QVERIFY2(QDBusConnection::sessionBus().isConnected(),
+                 "the test runs under dbus-run-session");
+        // A connection of its own, as the portal's process would have.
+        QDBusConnection bus =
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
+        QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &m_portal,
+                                   QDBusConnection::ExportAllSlots |
+                                       QDBusConnection::ExportAllSignals));
+        QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+        // Slower than the first signal's trip to the main thread: that signal must wait.
+        m_portal.settings = everythingOn;
+        m_portal.delay = 300ms;
+    }
+
     void init()
     {
         m_ingest = std::make_unique<FixtureServer>();
@@ -193,6 +267,255 @@ private slots:
     {
         TelemetryDeck::terminate();
         m_ingest.reset();
+    }
+
+    // Every key of the first signal of the process, on a desktop whose settings say "on".
+    void defaultMetadata_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        const QStringList kernel = kernelNumbers();
+        const QString system = u"Linux "_s + kernel.join(u'.');
+        const QString major = u"Linux "_s + kernel.first();
+        const QString majorMinor = u"Linux "_s + kernel.first(2).join(u'.');
+        const QString architecture = QSysInfo::currentCpuArchitecture();
+        const QDateTime now = QDateTime::currentDateTime();
+        const QDate today = now.date();
+        // The app's locale is de_CH, the user's languages fr_CA then de, the zone São Paulo's.
+        m_expectedMetadata = {
+            {u"platform"_s, u"Linux"_s},
+            {u"systemVersion"_s, system},
+            {u"majorSystemVersion"_s, major},
+            {u"majorMinorSystemVersion"_s, majorMinor},
+            {u"appVersion"_s, u"1.2.3"_s},
+            {u"buildNumber"_s, u"45"_s},
+            {u"isSimulator"_s, u"false"_s},
+            {u"isDebug"_s, u"false"_s},
+            {u"isTestFlight"_s, u"false"_s},
+            {u"isAppStore"_s, u"true"_s},
+            {u"modelName"_s, machineModel()},
+            {u"architecture"_s, architecture},
+            {u"operatingSystem"_s, u"Linux"_s},
+            {u"targetEnvironment"_s, u"native"_s},
+            {u"locale"_s, u"de_CH"_s},
+            {u"region"_s, u"CH"_s},
+            {u"appLanguage"_s, u"de"_s},
+            {u"preferredLanguage"_s, u"fr"_s},
+            {u"telemetryClientVersion"_s, u"2.12.0"_s},
+            {u"TelemetryDeck.AppInfo.buildNumber"_s, u"45"_s},
+            {u"TelemetryDeck.AppInfo.version"_s, u"1.2.3"_s},
+            {u"TelemetryDeck.AppInfo.versionAndBuildNumber"_s, u"1.2.3 (build 45)"_s},
+            {u"TelemetryDeck.Device.architecture"_s, architecture},
+            {u"TelemetryDeck.Device.modelName"_s, machineModel()},
+            {u"TelemetryDeck.Device.operatingSystem"_s, u"Linux"_s},
+            {u"TelemetryDeck.Device.orientation"_s, u"Fixed"_s},
+            {u"TelemetryDeck.Device.platform"_s, u"Linux"_s},
+            {u"TelemetryDeck.Device.screenResolutionHeight"_s, u"800.0"_s},
+            {u"TelemetryDeck.Device.screenResolutionWidth"_s, u"800.0"_s},
+            {u"TelemetryDeck.Device.screenScaleFactor"_s, u"1.0"_s},
+            {u"TelemetryDeck.Device.systemMajorMinorVersion"_s, majorMinor},
+            {u"TelemetryDeck.Device.systemMajorVersion"_s, major},
+            {u"TelemetryDeck.Device.systemVersion"_s, system},
+            {u"TelemetryDeck.Device.timeZone"_s, u"UTC--3"_s},
+            {u"TelemetryDeck.RunContext.isAppStore"_s, u"true"_s},
+            {u"TelemetryDeck.RunContext.isDebug"_s, u"false"_s},
+            {u"TelemetryDeck.RunContext.isSimulator"_s, u"false"_s},
+            {u"TelemetryDeck.RunContext.isTestFlight"_s, u"false"_s},
+            {u"TelemetryDeck.RunContext.language"_s, u"de"_s},
+            {u"TelemetryDeck.RunContext.locale"_s, u"de_CH"_s},
+            {u"TelemetryDeck.RunContext.targetEnvironment"_s, u"native"_s},
+            {u"TelemetryDeck.SDK.name"_s, u"SwiftSDK"_s},
+            {u"TelemetryDeck.SDK.nameAndVersion"_s, u"SwiftSDK 2.12.0"_s},
+            {u"TelemetryDeck.SDK.version"_s, u"2.12.0"_s},
+            {u"TelemetryDeck.UserPreference.colorScheme"_s, u"Light"_s},
+            {u"TelemetryDeck.UserPreference.language"_s, u"fr"_s},
+            {u"TelemetryDeck.UserPreference.layoutDirection"_s, u"leftToRight"_s},
+            {u"TelemetryDeck.UserPreference.region"_s, u"CH"_s},
+            {u"TelemetryDeck.Accessibility.isReduceMotionEnabled"_s, u"true"_s},
+            {u"TelemetryDeck.Accessibility.isInvertColorsEnabled"_s, u"true"_s},
+            {u"TelemetryDeck.Calendar.dayOfMonth"_s, QString::number(today.day())},
+            {u"TelemetryDeck.Calendar.dayOfWeek"_s, QString::number(today.dayOfWeek())},
+            {u"TelemetryDeck.Calendar.dayOfYear"_s, QString::number(today.dayOfYear())},
+            {u"TelemetryDeck.Calendar.weekOfYear"_s, QString::number(today.weekNumber())},
+            {u"TelemetryDeck.Calendar.isWeekend"_s,
+             today.dayOfWeek() >= 6 ? u"true"_s : u"false"_s},
+            {u"TelemetryDeck.Calendar.monthOfYear"_s, QString::number(today.month())},
+            {u"TelemetryDeck.Calendar.quarterOfYear"_s, QString::number((today.month() + 2) / 3)},
+            {u"TelemetryDeck.Calendar.hourOfDay"_s, QString::number(now.time().hour() + 1)},
+            // The store below: three sessions of 30, 50 and 100 s after seven deleted.
+            {u"TelemetryDeck.Acquisition.firstSessionDate"_s, u"2026-01-02"_s},
+            {u"TelemetryDeck.Retention.averageSessionSeconds"_s, u"40"_s},
+            {u"TelemetryDeck.Retention.previousSessionSeconds"_s, u"50"_s},
+            {u"TelemetryDeck.Retention.totalSessionsCount"_s, u"10"_s},
+            {u"TelemetryDeck.Retention.distinctDaysUsed"_s, u"5"_s},
+            {u"TelemetryDeck.Retention.distinctDaysUsedLastMonth"_s, u"3"_s},
+            {u"screen"_s, u"today"_s},
+        };
+        for (auto it = m_expectedMetadata.cbegin(); it != m_expectedMetadata.cend(); ++it)
+            QTest::newRow(qPrintable(it.key())) << it.key() << it.value();
+    }
+
+    void defaultMetadata()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        static QJsonObject payload;
+        if (payload.isEmpty()) {
+            const QDate today = QDate::currentDate();
+            QSettings store(storeFile(), QSettings::IniFormat);
+            const QDateTime now = QDateTime::currentDateTime();
+            store.setValue(u"recentSessions"_s, StoredSession::encode({{now.addDays(-3), 30},
+                                                                       {now.addDays(-2), 50},
+                                                                       {now.addDays(-1), 100}}));
+            store.setValue(u"deletedSessionsCount"_s, 7);
+            store.setValue(u"firstSessionDate"_s, u"2026-01-02"_s);
+            // Today joins at start-up; 30 days ago is the first day of the last month.
+            QStringList days;
+            for (int ago : {83, 31, 30, 3})
+                days.append(today.addDays(-ago).toString(Qt::ISODate));
+            store.setValue(u"distinctDaysUsed"_s, days);
+            store.sync();
+            auto config = quietConfiguration();
+            config->appVersion.set(u"1.2.3"_s);
+            config->buildNumber.set(u"45"_s);
+            TelemetryDeck::initialize(config);
+            TelemetryDeck::signal(u"probe"_s, {{u"screen"_s, u"today"_s}});
+            payload = batch().first()[u"payload"_s].toObject();
+            QCOMPARE(QStringList(payload.keys()), QStringList(m_expectedMetadata.keys()));
+        }
+        QCOMPARE(payload[key].toString(), value);
+    }
+
+    // Which user a signal counts for, hashed with the salt; a new installation makes its own
+    // identifier once, in the application's own store.
+    void clientUser_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("defaultUser");
+        QTest::addColumn<QString>("customUser");
+        QTest::addColumn<QString>("hashed");
+        const QString identifier = u"8E4F2B6A-1C3D-4E5F-9A7B-0C1D2E3F4A5B"_s;
+        QTest::newRow("the installation's identifier")
+            << identifier << QString() << QString()
+            << u"6574267ced68f9a5a19cc635c42f5214e8b9a39d0fa6c73123f2227369e3a695"_s;
+        QTest::newRow("the configuration's user over it")
+            << identifier << u"bob"_s << QString()
+            << u"91b11e65a0128df751cf0e43b1a10cab81e811280e760a0a40dde7a761a6fe16"_s;
+        QTest::newRow("the signal's own user over both")
+            << identifier << u"bob"_s << u"alice"_s
+            << u"dd8028c8192aa4aacee2b93921203475948007290e042ee910c9a42f52f41cae"_s;
+        QTest::newRow("a user beyond ASCII, as UTF-8")
+            << identifier << QString() << u"é"_s
+            << u"8281ca018c53fbb321c14171dc66541a2748f2169b1b7d7f94d6bff291c57c62"_s;
+        QTest::newRow("a new installation") << QString() << QString() << QString() << QString();
+    }
+
+    void clientUser()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QString, defaultUser);
+        QFETCH(QString, customUser);
+        QFETCH(QString, hashed);
+        if (!stored.isNull())
+            QSettings(storeFile(), QSettings::IniFormat)
+                .setValue(u"defaultUserIdentifier"_s, stored);
+        auto config = quietConfiguration();
+        if (!defaultUser.isNull())
+            config->defaultUser.set(defaultUser);
+        TelemetryDeck::initialize(config);
+        TelemetryDeck::signal(u"probe"_s, {}, std::nullopt,
+                              customUser.isNull() ? std::nullopt : std::optional(customUser));
+        const QString sent = batch().first()[u"clientUser"_s].toString();
+        const QString kept = QSettings(storeFile(), QSettings::IniFormat)
+                                 .value(u"defaultUserIdentifier"_s)
+                                 .toString();
+        if (!hashed.isNull()) {
+            QCOMPARE(sent, hashed);
+            QCOMPARE(kept, stored);
+            return;
+        }
+        QVERIFY(!QUuid(kept).isNull());
+        QCOMPARE(sent, CryptoHashing::sha256(kept, u"salt"_s));
+        // The next launch counts for the same user.
+        TelemetryDeck::terminate();
+        TelemetryDeck::initialize(quietConfiguration());
+        TelemetryDeck::signal(u"probe"_s);
+        QCOMPARE(batch(1).first()[u"clientUser"_s].toString(), sent);
+    }
+
+    // Off, or in preview: nothing is sent, not even what an earlier run left, and nothing is lost.
+    void nothingLeavesWhileOff_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("analytics disabled") << u"disabled"_s;
+        QTest::newRow("preview mode set") << u"preview"_s;
+        QTest::newRow("preview by the environment") << u"environment"_s;
+    }
+
+    void nothingLeavesWhileOff()
+    {
+        QFETCH(QString, how);
+        writeCacheFile(
+            QJsonDocument(QJsonArray{record(1).toCacheJson(), record(2).toCacheJson()}).toJson());
+        auto config = configuration();
+        config->analyticsDisabled.set(how == u"disabled"_s);
+        if (how == u"preview"_s)
+            config->setSwiftUIPreviewMode(true);
+        if (how == u"environment"_s)
+            qputenv("XCODE_RUNNING_FOR_PREVIEWS", "1");
+        const auto unset = qScopeGuard([] { qunsetenv("XCODE_RUNNING_FOR_PREVIEWS"); });
+        TelemetryDeck::initialize(config);
+        TelemetryDeck::signal(u"probe"_s);
+        auto &manager = dynamic_cast<SignalManager &>(TelemetryManager::shared()->signalManager());
+        QTest::qWait(800); // past the first session
+        manager.attemptToSendNextBatchOfCachedSignals();
+        QTest::qWait(300);
+        QCOMPARE(m_ingest->requestBodies().size(), 0);
+        manager.appWillTerminate();
+        QCOMPARE(manager.signalCache().count(), 2);
+        QVERIFY(QFile::exists(cacheFile()));
+    }
+
+    // A tray app rarely has the focus: its session runs from the start, and the focus lost and
+    // regained afterwards pauses and resumes it.
+    void sessionRunsWithoutFocus()
+    {
+        QCOMPARE(QGuiApplication::applicationState(), Qt::ApplicationInactive);
+        SessionRig rig(m_folder.filePath(u"focus.ini"_s), saturdayNight());
+        const auto stored = [&rig] {
+            return StoredSession::decode(rig.store()->value(u"recentSessions"_s).toByteArray());
+        };
+        const auto session = [](int seconds) {
+            return QList<StoredSession>{{saturdayNight(), seconds}};
+        };
+        rig.start().startNewSession();
+        rig.now = rig.now.addSecs(5);
+        QTRY_COMPARE(rig.manager->recentSessions(), session(5));
+        QTRY_COMPARE(stored(), session(5)); // the first second reaches the store at once
+
+        QWindow popover;
+        popover.show();
+        popover.requestActivate();
+        QTRY_COMPARE(QGuiApplication::applicationState(), Qt::ApplicationActive);
+        rig.now = rig.now.addSecs(3);
+        QTRY_COMPARE(rig.manager->recentSessions(), session(8));
+        QTest::qWait(200);
+        QCOMPARE(stored(), session(5)); // not every second
+
+        emit qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
+        QTRY_COMPARE(stored(), session(8)); // a pause writes it
+        rig.now = rig.now.addSecs(100);
+        QTest::qWait(1200);
+        QCOMPARE(rig.manager->recentSessions(), session(8));
+
+        emit qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+        rig.now = rig.now.addSecs(61);
+        QTRY_COMPARE(rig.manager->recentSessions(), session(69));
+        QTRY_COMPARE(stored(), session(69)); // a minute on, written while it runs
+        rig.now = rig.now.addSecs(2);
+        QTRY_COMPARE(rig.manager->recentSessions(), session(71));
+        QCOMPARE(StoredSession::decode(rig.stored(u"recentSessions"_s).toByteArray()), session(71));
+        QCOMPARE(rig.announced.size(), 1);
     }
 
     void sendsTheOldestHundredAndLogsIt()
@@ -288,30 +611,73 @@ private slots:
         QCOMPARE(next.signalCache().pop(), (QList{record(1), record(2), record(3)}));
     }
 
-    void unreadableCacheFilesStartEmpty_data()
+    // What can be read is kept; the rest is dropped with an error, and the file goes.
+    void cacheFilesKeepWhatCanBeRead_data()
     {
         QTest::addColumn<QByteArray>("contents");
-        const QByteArray good = QJsonDocument(QJsonArray{record(1).toCacheJson()}).toJson();
+        QTest::addColumn<QStringList>("kept");
+        QTest::addColumn<int>("errors");
+        const auto file = [](const QJsonArray &records) { return QJsonDocument(records).toJson(); };
+        const QByteArray good = file({record(1).toCacheJson()});
         QJsonObject untyped = record(2).toCacheJson();
         untyped.insert(u"type"_s, 7);
         QJsonObject missing = record(3).toCacheJson();
         missing.remove(u"receivedAt"_s);
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("truncated") << good.left(good.size() / 2);
-        QTest::newRow("not JSON") << QByteArray("\x89PNG\r\n");
-        QTest::newRow("an object") << QByteArray("{\"cachedSignals\": []}");
-        QTest::newRow("a wrongly typed field") << QJsonDocument(QJsonArray{untyped}).toJson();
-        QTest::newRow("a missing field")
-            << QJsonDocument(QJsonArray{record(1).toCacheJson(), missing}).toJson();
-        QTest::newRow("9 MiB") << good.repeated(9 * 1024 * 1024 / good.size() + 1);
+        QTest::newRow("empty") << QByteArray() << QStringList() << 0;
+        QTest::newRow("truncated") << good.left(good.size() / 2) << QStringList() << 1;
+        QTest::newRow("not JSON") << QByteArray("\x89PNG\r\n") << QStringList() << 1;
+        QTest::newRow("an object") << QByteArray("{\"cachedSignals\": []}") << QStringList() << 1;
+        QTest::newRow("a wrongly typed record among good ones")
+            << file({record(1).toCacheJson(), untyped, record(4).toCacheJson()})
+            << QStringList{u"signal.1"_s, u"signal.4"_s} << 1;
+        QTest::newRow("a record without its date")
+            << file({missing, record(1).toCacheJson()}) << QStringList{u"signal.1"_s} << 1;
     }
 
-    void unreadableCacheFilesStartEmpty()
+    void cacheFilesKeepWhatCanBeRead()
     {
         QFETCH(QByteArray, contents);
+        QFETCH(QStringList, kept);
         writeCacheFile(contents);
         SignalManager manager(configuration());
-        QCOMPARE(manager.signalCache().count(), 0);
+        QStringList types;
+        for (const SignalPostBody &body : manager.signalCache().pop())
+            types.append(body.type);
+        QCOMPARE(types, kept);
+        QVERIFY(!QFile::exists(cacheFile()));
+        QTEST(int(m_log.errors().size()), "errors");
+    }
+
+    // Of a file past 8 MiB, the newest records that fit in 8 MiB; past 64 MiB only its last
+    // 8 MiB are read.
+    void oversizedCacheFilesKeepTheNewest_data()
+    {
+        QTest::addColumn<int>("megabytes");
+        QTest::newRow("9 MiB") << 9;
+        QTest::newRow("65 MiB") << 65;
+    }
+
+    void oversizedCacheFilesKeepTheNewest()
+    {
+        QFETCH(int, megabytes);
+        const QByteArray old =
+            QJsonDocument(record(1).toCacheJson()).toJson(QJsonDocument::Compact);
+        const QByteArray newest =
+            QJsonDocument(record(9).toCacheJson()).toJson(QJsonDocument::Compact);
+        const qsizetype count = qsizetype(megabytes) * 1024 * 1024 / (old.size() + 1);
+        writeCacheFile('[' + (old + ',').repeated(count) + newest + ']');
+        SignalManager manager(configuration());
+        const qsizetype kept = manager.signalCache().count();
+        QList<SignalPostBody> records;
+        while (manager.signalCache().count() > 0)
+            records.append(manager.signalCache().pop());
+        QCOMPARE(records.last(), record(9));
+        QCOMPARE(records.first(), record(1));
+        // As many as fit, and not one more; a file's last part starts within a record.
+        const qint64 fit = (8 * 1024 * 1024 - (newest.size() + 1)) / (old.size() + 1);
+        QVERIFY(kept - 1 <= fit);
+        QVERIFY(kept - 1 >= fit - (megabytes > 64 ? 1 : 0));
+        QCOMPARE(m_log.errors().size(), 1);
         QVERIFY(!QFile::exists(cacheFile()));
     }
 
@@ -433,53 +799,41 @@ private slots:
     void calendarKeys_data()
     {
         QTest::addColumn<QDateTime>("moment");
+        QTest::addColumn<QString>("locale");
         QTest::addColumn<QStringList>("dayWeekendHourWeekQuarter");
         const QTimeZone zone("Asia/Kolkata");
-        QTest::newRow("Saturday night") << QDateTime(QDate(2026, 11, 21), QTime(23, 30), zone)
-                                        << QStringList{u"6"_s, u"true"_s, u"24"_s, u"47"_s, u"4"_s};
-        QTest::newRow("Sunday just after midnight")
-            << QDateTime(QDate(2026, 11, 22), QTime(0, 5), zone)
+        QTest::newRow("Saturday night")
+            << QDateTime(QDate(2026, 11, 21), QTime(23, 30), zone) << u"de_DE"_s
+            << QStringList{u"6"_s, u"true"_s, u"24"_s, u"47"_s, u"4"_s};
+        QTest::newRow("Sunday, where weeks start on Monday")
+            << QDateTime(QDate(2026, 11, 22), QTime(0, 5), zone) << u"en_GB"_s
             << QStringList{u"7"_s, u"true"_s, u"1"_s, u"47"_s, u"4"_s};
-        QTest::newRow("Monday of ISO week 1, still December")
-            << QDateTime(QDate(2025, 12, 29), QTime(9, 0), zone)
+        QTest::newRow("Sunday, where weeks start on Sunday")
+            << QDateTime(QDate(2026, 11, 22), QTime(0, 5), zone) << u"en_US"_s
+            << QStringList{u"7"_s, u"true"_s, u"1"_s, u"48"_s, u"4"_s};
+        QTest::newRow("a first week of four days, still December")
+            << QDateTime(QDate(2025, 12, 29), QTime(9, 0), zone) << u"de_DE"_s
             << QStringList{u"1"_s, u"false"_s, u"10"_s, u"1"_s, u"4"_s};
+        QTest::newRow("a first week of one day, in January")
+            << QDateTime(QDate(2022, 1, 1), QTime(9, 0), zone) << u"en_US"_s
+            << QStringList{u"6"_s, u"true"_s, u"10"_s, u"1"_s, u"1"_s};
         QTest::newRow("first of April")
-            << QDateTime(QDate(2026, 4, 1), QTime(12, 0), zone)
+            << QDateTime(QDate(2026, 4, 1), QTime(12, 0), zone) << u"de_DE"_s
             << QStringList{u"3"_s, u"false"_s, u"13"_s, u"14"_s, u"2"_s};
     }
 
     void calendarKeys()
     {
         QFETCH(QDateTime, moment);
+        QFETCH(QString, locale);
         QFETCH(QStringList, dayWeekendHourWeekQuarter);
-        const auto keys = DefaultSignalPayload::calendarParameters(moment);
+        const auto keys = DefaultSignalPayload::calendarParameters(moment, QLocale(locale));
         const QString prefix = u"TelemetryDeck.Calendar."_s;
         QCOMPARE(
             (QStringList{keys.value(prefix + u"dayOfWeek"_s), keys.value(prefix + u"isWeekend"_s),
                          keys.value(prefix + u"hourOfDay"_s), keys.value(prefix + u"weekOfYear"_s),
                          keys.value(prefix + u"quarterOfYear"_s)}),
             dayWeekendHourWeekQuarter);
-    }
-
-    // The string, then the salt, as UTF-8, hashed and written in lower-case hex.
-    void saltedHash_data()
-    {
-        QTest::addColumn<QString>("string");
-        QTest::addColumn<QString>("salt");
-        QTest::addColumn<QString>("digest");
-        QTest::newRow("u with salt s")
-            << u"u"_s << u"s"_s
-            << u"79adb2a2fce5c6ba215fe5f27f532d4e7edbac4b6a5e09e1ef3a08084a904621"_s;
-        QTest::newRow("beyond ASCII")
-            << u"é"_s << u"salt"_s
-            << u"8281ca018c53fbb321c14171dc66541a2748f2169b1b7d7f94d6bff291c57c62"_s;
-    }
-
-    void saltedHash()
-    {
-        QFETCH(QString, string);
-        QFETCH(QString, salt);
-        QTEST(CryptoHashing::sha256(string, salt), "digest");
     }
 
     void sessionsOfASecondOrMoreAreKept_data()
@@ -565,47 +919,6 @@ private slots:
         const QStringList days = rig.store()->value(u"distinctDaysUsed"_s).toStringList();
         QTEST(int(days.size()), "daysAfter");
         QCOMPARE(days.last(), u"2026-11-21"_s);
-    }
-
-    void retentionKeysFromTheStore_data()
-    {
-        QTest::addColumn<bool>("prepared");
-        // firstSessionDate, averageSessionSeconds, distinctDaysUsed, distinctDaysUsedLastMonth,
-        // totalSessionsCount, previousSessionSeconds
-        QTest::addColumn<QStringList>("values");
-        QTest::newRow("prepared") << true << QStringList{u"2026-01-02"_s, u"40"_s, u"5"_s,
-                                                         u"3"_s,          u"10"_s, u"50"_s};
-        QTest::newRow("empty") << false << QStringList{u"2026-11-22"_s, u"0"_s, u"1"_s,
-                                                       u"1"_s,          u"0"_s, u"absent"_s};
-    }
-
-    void retentionKeysFromTheStore()
-    {
-        QFETCH(bool, prepared);
-        // 02:00 on Sunday in India is still Saturday in UTC: dates follow the user's zone.
-        const QDateTime now(QDate(2026, 11, 22), QTime(2, 0), QTimeZone("Asia/Kolkata"));
-        SessionRig rig(m_folder.filePath(u"retention.ini"_s), now);
-        if (prepared) {
-            const auto store = rig.store();
-            store->setValue(u"recentSessions"_s, StoredSession::encode({{now.addDays(-3), 30},
-                                                                        {now.addDays(-2), 50},
-                                                                        {now.addDays(-1), 100}}));
-            store->setValue(u"deletedSessionsCount"_s, 7);
-            store->setValue(u"firstSessionDate"_s, u"2026-01-02"_s);
-            // 30 days before is 2026-10-23 in India; today joins the list at start-up.
-            store->setValue(u"distinctDaysUsed"_s, QStringList{u"2026-09-01"_s, u"2026-10-22"_s,
-                                                               u"2026-10-23"_s, u"2026-11-20"_s});
-        }
-        const auto keys = rig.start().retentionParameters(now);
-        const QString acquisition = u"TelemetryDeck.Acquisition."_s;
-        const QString retention = u"TelemetryDeck.Retention."_s;
-        QTEST((QStringList{keys.value(acquisition + u"firstSessionDate"_s),
-                           keys.value(retention + u"averageSessionSeconds"_s),
-                           keys.value(retention + u"distinctDaysUsed"_s),
-                           keys.value(retention + u"distinctDaysUsedLastMonth"_s),
-                           keys.value(retention + u"totalSessionsCount"_s),
-                           keys.value(retention + u"previousSessionSeconds"_s, u"absent"_s)}),
-              "values");
     }
 
     // Whatever the store holds, start-up reads it as an empty history and goes on.
@@ -707,31 +1020,93 @@ private slots:
         QVERIFY(isNumber);
     }
 
-    // The desktop's settings, from a portal on the test's own session bus.
-    void accessibilityFollowsThePortal()
+    // Each desktop's own switches: the portal's where it carries them, KDE's files otherwise.
+    void desktopAccessibility_data()
     {
-        if (!QDBusConnection::sessionBus().isConnected())
-            QSKIP("needs a session bus (the test runs under dbus-run-session)");
-        // A connection of its own, as the portal's process would have.
-        QDBusConnection bus =
-            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
-        const auto disconnect =
-            qScopeGuard([] { QDBusConnection::disconnectFromBus(u"portal"_s); });
-        FakePortal portal;
-        QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &portal,
-                                   QDBusConnection::ExportAllSlots |
-                                       QDBusConnection::ExportAllSignals));
-        QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+        QTest::addColumn<QVariantMap>("portal");
+        QTest::addColumn<QByteArray>("kdeglobals");
+        QTest::addColumn<QByteArray>("kwinrc");
+        QTest::addColumn<bool>("reduceMotion");
+        QTest::addColumn<bool>("invertColors");
+        const QString gnomeAnimations = u"org.gnome.desktop.interface/enable-animations"_s;
+        const QString magnifier = u"org.gnome.desktop.a11y.applications/screen-magnifier-enabled"_s;
+        const QString inversion = u"org.gnome.desktop.a11y.magnifier/invert-lightness"_s;
+        const QString kdeSpeed = u"org.kde.kdeglobals.KDE/AnimationDurationFactor"_s;
+        const QByteArray kdeStill = "[KDE]\nAnimationDurationFactor=0\n";
+        QTest::newRow("nothing said")
+            << QVariantMap() << QByteArray() << QByteArray() << false << false;
+        QTest::newRow("GNOME, animations off") << QVariantMap{{gnomeAnimations, false}}
+                                               << QByteArray() << QByteArray() << true << false;
+        QTest::newRow("GNOME, animations on") << QVariantMap{{gnomeAnimations, true}}
+                                              << QByteArray() << QByteArray() << false << false;
+        QTest::newRow("GNOME, the magnifier inverting")
+            << QVariantMap{{magnifier, true}, {inversion, true}} << QByteArray() << QByteArray()
+            << false << true;
+        QTest::newRow("GNOME, inversion set but no magnifier")
+            << QVariantMap{{magnifier, false}, {inversion, true}} << QByteArray() << QByteArray()
+            << false << false;
+        QTest::newRow("the portal's own reduced motion")
+            << QVariantMap{{u"org.freedesktop.appearance/reduced-motion"_s, 1u}} << QByteArray()
+            << QByteArray() << true << false;
+        QTest::newRow("the portal's own, no preference")
+            << QVariantMap{{u"org.freedesktop.appearance/reduced-motion"_s, 0u}} << QByteArray()
+            << QByteArray() << false << false;
+        QTest::newRow("KDE through its portal")
+            << QVariantMap{{kdeSpeed, 0.0}} << QByteArray() << QByteArray() << true << false;
+        QTest::newRow("KDE's portal over its file")
+            << QVariantMap{{kdeSpeed, 1.0}} << kdeStill << QByteArray() << false << false;
+        QTest::newRow("KDE's files without a portal")
+            << QVariantMap() << kdeStill << QByteArray("[Plugins]\ninvertEnabled=true\n") << true
+            << true;
+        QTest::newRow("KDE, a slower speed and no inversion")
+            << QVariantMap() << QByteArray("[KDE]\nAnimationDurationFactor=0.5\n")
+            << QByteArray("[Plugins]\ninvertEnabled=false\n") << false << false;
+    }
+
+    void desktopAccessibility()
+    {
+        QFETCH(QVariantMap, portal);
+        QFETCH(QByteArray, kdeglobals);
+        QFETCH(QByteArray, kwinrc);
+        m_portal.settings = portal;
+        const QDir config(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+        const auto write = [&config](const QString &name, const QByteArray &contents) {
+            QFile::remove(config.filePath(name));
+            QFile file(config.filePath(name));
+            return contents.isEmpty() || (file.open(QIODevice::WriteOnly) && file.write(contents));
+        };
+        QVERIFY(write(u"kdeglobals"_s, kdeglobals));
+        QVERIFY(write(u"kwinrc"_s, kwinrc));
         DesktopAccessibility desktop;
+        bool read = false;
+        desktop.whenRead(this, [&read] { read = true; });
+        QTRY_VERIFY(read);
+        QTEST(desktop.reduceMotion(), "reduceMotion");
+        QTEST(desktop.invertColors(), "invertColors");
+    }
+
+    void desktopAccessibilityFollowsChanges()
+    {
+        m_portal.settings = {};
+        const QString kwinrc =
+            QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/kwinrc"_s;
+        const auto writeKwin = [&kwinrc](const QByteArray &contents) {
+            QSaveFile file(kwinrc); // replaced whole, as KDE writes it
+            return file.open(QIODevice::WriteOnly) && file.write(contents) && file.commit();
+        };
+        QVERIFY(writeKwin("[Plugins]\ninvertEnabled=false\n"));
+        DesktopAccessibility desktop;
+        emit m_portal.SettingChanged(u"org.gnome.desktop.interface"_s, u"enable-animations"_s,
+                                     QDBusVariant(false));
         QTRY_VERIFY(desktop.reduceMotion());
-        QTRY_VERIFY(desktop.invertColors());
-        emit portal.SettingChanged(u"org.gnome.desktop.interface"_s, u"enable-animations"_s,
-                                   QDBusVariant(true));
+        emit m_portal.SettingChanged(u"org.gnome.desktop.interface"_s, u"enable-animations"_s,
+                                     QDBusVariant(true));
         QTRY_VERIFY(!desktop.reduceMotion());
-        emit portal.SettingChanged(u"org.kde.kdeglobals.KDE"_s, u"AnimationDurationFactor"_s,
-                                   QDBusVariant(0.0));
-        QTRY_VERIFY(desktop.reduceMotion());
-        QVERIFY(desktop.invertColors());
+        QVERIFY(writeKwin("[Plugins]\ninvertEnabled=true\n"));
+        QTRY_VERIFY(desktop.invertColors());
+        QVERIFY(writeKwin("[Plugins]\ninvertEnabled=false\n"));
+        QTRY_VERIFY(!desktop.invertColors());
+        QFile::remove(kwinrc);
     }
 
     // Eight threads send while the timer and immediate syncs send: each signal arrives once.
@@ -778,5 +1153,17 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AnalyticsTest)
+int main(int argc, char *argv[])
+{
+    // A locale, languages and a configuration folder of the test's own, so that every value
+    // taken from them is known.
+    qputenv("LC_ALL", "fr_CA.UTF-8");
+    qputenv("LANGUAGE", "fr_CA:de");
+    QLocale::setDefault(QLocale(u"de_CH"_s));
+    QTemporaryDir config;
+    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    QGuiApplication application(argc, argv);
+    AnalyticsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_analytics.moc"

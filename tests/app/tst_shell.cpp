@@ -1,4 +1,5 @@
 #include "AppcastFeed.h"
+#include "AppDelegate.h"
 #include "DBusMenuExporter.h"
 #include "FixtureServer.h"
 #include "LoginItem.h"
@@ -8,11 +9,13 @@
 #include "SingleInstance.h"
 #include "StatusIconArt.h"
 #include "StatusNotifierItem.h"
+#include "TelemetryManagerConfiguration.h"
 #include "UpdateChecker.h"
 
 #include <csignal>
 #include <QDesktopServices>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocument>
@@ -412,6 +415,36 @@ private slots:
         connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(1); });
         guard.start(5000);
         QCOMPARE(QCoreApplication::exec(), 0);
+    }
+
+    // The analytics client in the app's own folders, off only where the user said so.
+    void analyticsConfiguration_data()
+    {
+        QTest::addColumn<QString>("doNotTrack");
+        QTest::addColumn<bool>("disabled");
+        QTest::newRow("not set") << QString() << false;
+        QTest::newRow("DO_NOT_TRACK=1") << u"1"_s << true;
+        QTest::newRow("DO_NOT_TRACK=0") << u"0"_s << false;
+    }
+
+    void analyticsConfiguration()
+    {
+        QFETCH(QString, doNotTrack);
+        QProcessEnvironment environment;
+        if (!doNotTrack.isNull())
+            environment.insert(u"DO_NOT_TRACK"_s, doNotTrack);
+        const auto configuration = AppDelegate::analyticsConfiguration(
+            {u"https://ingest.example/"_s, u"APP"_s, u"pepper"_s, u"7"_s}, u"1.2.3"_s, environment);
+        QTEST(configuration->analyticsDisabled.get(), "disabled");
+        QCOMPARE(configuration->cacheDirectory.get(),
+                 QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                     u"/ZelMenuBar"_s);
+        QCOMPARE(configuration->storeDirectory.get(),
+                 QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                     u"/ZelMenuBar"_s);
+        QCOMPARE(configuration->salt, u"pepper"_s);
+        QCOMPARE(configuration->appVersion.get(), u"1.2.3"_s);
+        QCOMPARE(configuration->buildNumber.get(), u"7"_s);
     }
 };
 
