@@ -4,6 +4,7 @@
 #include "DurationSignalTracker.h"
 #include "FixtureServer.h"
 #include "SessionManager.h"
+#include "SettingsPortal.h"
 #include "SignalManager.h"
 #include "TelemetryDeck.h"
 #include "TelemetryManager.h"
@@ -11,7 +12,6 @@
 
 #include <mutex>
 #include <QDBusConnection>
-#include <QDBusContext>
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -82,42 +82,6 @@ QList<QStringList> receivedTypes(const FixtureServer &ingest)
     return batches;
 }
 
-// The desktop portal's settings service, answering from a table the test sets, a little late
-// as a portal being started by the bus would.
-class FakePortal : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    QMap<QString, QVariant> settings; // "group/key"
-    std::chrono::milliseconds delay{0};
-
-public slots:
-    QDBusVariant Read(const QString &group, const QString &key)
-    {
-        const QString name = group + u'/' + key;
-        if (!settings.contains(name)) {
-            sendErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, u"no such setting"_s);
-            return {};
-        }
-        setDelayedReply(true);
-        // Wrapped twice, as older portals answer.
-        const QDBusMessage reply = message().createReply(QVariant::fromValue(
-            QDBusVariant(QVariant::fromValue(QDBusVariant(settings.value(name))))));
-        QTimer::singleShot(delay, this, [bus = connection(), reply] { bus.send(reply); });
-        return {};
-    }
-
-signals:
-    void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
-};
-
-// GNOME with animations off and the magnifier inverting.
-const QMap<QString, QVariant> everythingOn{
-    {u"org.gnome.desktop.interface/enable-animations"_s, false},
-    {u"org.gnome.desktop.a11y.applications/screen-magnifier-enabled"_s, true},
-    {u"org.gnome.desktop.a11y.magnifier/invert-lightness"_s, true}};
-
 // The running kernel's leading numbers, as the system tells them.
 QStringList kernelNumbers()
 {
@@ -147,7 +111,7 @@ class AnalyticsTest : public QObject {
     QTemporaryDir m_folder;
     LogLines m_log;
     std::unique_ptr<FixtureServer> m_ingest;
-    FakePortal m_portal;
+    SettingsPortal m_portal;
     QMap<QString, QString> m_expectedMetadata;
 
     std::shared_ptr<TelemetryManagerConfiguration>
@@ -242,15 +206,9 @@ private slots:
     {
         QVERIFY2(QDBusConnection::sessionBus().isConnected(),
                  "the test runs under dbus-run-session");
-        // A connection of its own, as the portal's process would have.
-        QDBusConnection bus =
-            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
-        QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_s, &m_portal,
-                                   QDBusConnection::ExportAllSlots |
-                                       QDBusConnection::ExportAllSignals));
-        QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
+        QVERIFY(m_portal.publish());
         // Slower than the first signal's trip to the main thread: that signal must wait.
-        m_portal.settings = everythingOn;
+        m_portal.settings = SettingsPortal::everythingOn();
         m_portal.delay = 300ms;
     }
 
