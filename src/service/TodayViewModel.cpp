@@ -231,11 +231,15 @@ void TodayViewModel::refreshLiveScorecards(const QList<ZelMatch> &list)
             continue;
         if (++refetched > maximumLiveRefetches)
             break;
-        if (m_scorecards.remove(match.matchID))
-            emit scorecardsChanged();
-        if (m_scorecardErrors.remove(match.matchID))
-            emit scorecardErrorsChanged();
+        // Told after the fetch has begun, so that no one sees a moment with neither a card
+        // nor a load under way.
+        const bool hadCard = m_scorecards.remove(match.matchID);
+        const bool hadError = m_scorecardErrors.remove(match.matchID);
         fetchScorecard(match.matchID);
+        if (hadCard)
+            emit scorecardsChanged();
+        if (hadError)
+            emit scorecardErrorsChanged();
     }
 }
 

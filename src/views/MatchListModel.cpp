@@ -78,8 +78,11 @@ void MatchListModel::update(const QList<Row> &next)
             }
         }
         if (found < 0) {
+            // A today match that is live when it comes opens at once.
+            Row row = next[i];
+            row.expanded = m_kind == Kind::Today && row.match.isLive();
             beginInsertRows({}, int(i), int(i));
-            m_rows.insert(i, next[i]);
+            m_rows.insert(i, std::move(row));
             endInsertRows();
             continue;
         }
@@ -88,8 +91,14 @@ void MatchListModel::update(const QList<Row> &next)
             m_rows.move(found, i);
             endMoveRows();
         }
-        if (!(m_rows[i].match == next[i].match) || m_rows[i].sectionTitle != next[i].sectionTitle) {
-            m_rows[i] = next[i];
+        Row &row = m_rows[i];
+        if (!(row.match == next[i].match) || row.sectionTitle != next[i].sectionTitle) {
+            // One that goes live opens, once: closed again by the user it stays closed. A row
+            // never closes by itself, so a finished match keeps its final scorecard open.
+            if (m_kind == Kind::Today && next[i].match.isLive() && !row.match.isLive())
+                row.expanded = true;
+            row.match = next[i].match;
+            row.sectionTitle = next[i].sectionTitle;
             emit dataChanged(index(int(i)), index(int(i)));
         }
     }
@@ -102,6 +111,24 @@ const ZelMatch *MatchListModel::matchWithID(qint64 matchID) const
             return &row.match;
     }
     return nullptr;
+}
+
+void MatchListModel::setExpanded(int row, bool expanded)
+{
+    if (row < 0 || row >= m_rows.size() || m_rows[row].expanded == expanded)
+        return;
+    m_rows[row].expanded = expanded;
+    if (expanded)
+        m_rows[row].chosenInnings = -1;
+    emit dataChanged(index(row), index(row), {ExpandedRole, ChosenInningsRole});
+}
+
+void MatchListModel::chooseInnings(int row, int innings)
+{
+    if (row < 0 || row >= m_rows.size() || m_rows[row].chosenInnings == innings)
+        return;
+    m_rows[row].chosenInnings = innings;
+    emit dataChanged(index(row), index(row), {ChosenInningsRole});
 }
 
 int MatchListModel::rowCount(const QModelIndex &parent) const
@@ -169,6 +196,10 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
         return !m_favouriteTeamID.isEmpty() && m.homeTeamID == m_favouriteTeamID;
     case AwayFavouriteRole:
         return !m_favouriteTeamID.isEmpty() && m.awayTeamID == m_favouriteTeamID;
+    case ExpandedRole:
+        return row.expanded;
+    case ChosenInningsRole:
+        return row.chosenInnings;
     }
     return {};
 }
@@ -186,5 +217,6 @@ QHash<int, QByteArray> MatchListModel::roleNames() const
             {VenueTextRole, "venueText"},         {GroundAndCityRole, "groundAndCity"},
             {CommentsRole, "comments"},           {TossTextRole, "tossText"},
             {SectionTitleRole, "sectionTitle"},   {HomeFavouriteRole, "homeFavourite"},
-            {AwayFavouriteRole, "awayFavourite"}};
+            {AwayFavouriteRole, "awayFavourite"}, {ExpandedRole, "expanded"},
+            {ChosenInningsRole, "chosenInnings"}};
 }

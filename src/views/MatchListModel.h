@@ -8,7 +8,9 @@
 #include <QtQml/qqmlregistration.h>
 
 // One of the popover's lists as rows for a ListView, every text already decided by the
-// presenters. Results and fixtures come in day sections (the sectionTitle role).
+// presenters. Results and fixtures come in day sections (the sectionTitle role). Each row also
+// keeps what the user did with it (opened, an innings picked) for as long as its match is in
+// the list: delegates scrolled out of view are destroyed, and the row's state must outlive them.
 class MatchListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -40,6 +42,8 @@ public:
         SectionTitleRole,
         HomeFavouriteRole,
         AwayFavouriteRole,
+        ExpandedRole,
+        ChosenInningsRole,
     };
 
     // Clock times are in the user's current time zone, whatever it was at start.
@@ -56,6 +60,11 @@ public:
     void timeZoneChanged();
     const ZelMatch *matchWithID(qint64 matchID) const;
 
+    // Opening a row forgets an innings picked before, so that it opens on the rule's innings.
+    Q_INVOKABLE void setExpanded(int row, bool expanded);
+    // -1: the rule's innings (the one in progress while live); 0 or 1: the user's pick.
+    Q_INVOKABLE void chooseInnings(int row, int innings);
+
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
@@ -64,6 +73,8 @@ private:
     struct Row {
         ZelMatch match;
         QString sectionTitle;
+        bool expanded = false;
+        int chosenInnings = -1;
     };
     QVariant roleData(const Row &row, int role) const;
     void update(const QList<Row> &next);

@@ -57,10 +57,20 @@ bool MatchRowPresenter::isTossPhase(const ZelMatch &match)
 std::optional<QString> MatchRowPresenter::shortTossText(const ZelMatch &match)
 {
     const auto decision = match.tossDecision();
-    const auto winner = match.tossWinnerCode();
-    if (!decision || !winner || winner->isEmpty())
+    if (!decision)
         return std::nullopt;
-    return *winner + QStringLiteral(" won, elected to ") + *decision;
+    // A side named in the text whose code is unknown gives way to the other side; the title's
+    // rule falls back to the side batting first instead.
+    const auto namedCode = [&match](const QString &name, const QString &teamID) {
+        return !name.isEmpty() && match.tossDetails.contains(name) ? match.battingCodeOf(teamID)
+                                                                   : QString();
+    };
+    QString winner = namedCode(match.homeTeamName, match.homeTeamID);
+    if (winner.isEmpty())
+        winner = namedCode(match.awayTeamName, match.awayTeamID);
+    if (winner.isEmpty())
+        return std::nullopt;
+    return winner + QStringLiteral(" won, elected to ") + *decision;
 }
 
 QString MatchRowPresenter::centreText(const ZelMatch &match, const QTimeZone &zone,

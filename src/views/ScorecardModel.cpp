@@ -22,19 +22,17 @@ void ScorecardModel::setMatchKey(const QString &key)
     if (key == m_matchKey)
         return;
     m_matchKey = key;
-    m_inningsChosen = false;
     emit matchKeyChanged();
     update();
 }
 
-void ScorecardModel::setSelectedInnings(int innings)
+void ScorecardModel::setChosenInnings(int innings)
 {
-    innings = qMax(0, innings);
-    m_inningsChosen = true;
-    if (innings == m_selectedInnings)
+    innings = qMax(-1, innings);
+    if (innings == m_chosenInnings)
         return;
-    m_selectedInnings = innings;
-    emit selectedInningsChanged();
+    m_chosenInnings = innings;
+    emit chosenInningsChanged();
     update();
 }
 
@@ -45,14 +43,17 @@ void ScorecardModel::update()
     const ZelMatch *match = m_controller && isNumber ? m_controller->findMatch(matchID) : nullptr;
     if (!match)
         return;
-    if (!m_inningsChosen) {
-        m_inningsChosen = true;
-        m_selectedInnings = ScorecardPresenter::initialInnings(*match);
+    const int innings =
+        m_chosenInnings >= 0 ? m_chosenInnings : ScorecardPresenter::initialInnings(*match);
+    if (innings != m_selectedInnings) {
+        m_selectedInnings = innings;
         emit selectedInningsChanged();
     }
     const TodayViewModel &vm = m_controller->viewModel();
     const auto card = vm.scorecards().constFind(matchID);
     m_error.clear();
+    // A card beats an error kept from an earlier attempt: the card came from the later answer
+    // (the state object keeps the error until the next reload), so it is what is true now.
     if (card != vm.scorecards().cend()) {
         m_state = Popover::Card::Ready;
         showInnings(*match, *card);

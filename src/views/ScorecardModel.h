@@ -12,17 +12,20 @@ class PopoverController;
 struct ZelMatch;
 struct ZelScorecard;
 
-// The scorecard of one opened row, for QML: its state, the innings switch, and the chosen
-// innings' total line and tables. The match is named by its identifier in decimal, so that
-// identifiers beyond 2^53 survive QML's numbers.
+// The scorecard of one opened row, for QML: its state, the innings switch, and the shown
+// innings' total line and tables. The innings shown is the row's pick, else the rule's (the one
+// in progress while live), so a live card moves on with the match until the user picks one. The
+// match is named by its identifier in decimal, so that identifiers beyond 2^53 survive QML's
+// numbers.
 class ScorecardModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(PopoverController *controller READ controller WRITE setController NOTIFY
                    controllerChanged REQUIRED)
     Q_PROPERTY(QString matchKey READ matchKey WRITE setMatchKey NOTIFY matchKeyChanged REQUIRED)
-    Q_PROPERTY(int selectedInnings READ selectedInnings WRITE setSelectedInnings NOTIFY
-                   selectedInningsChanged)
+    Q_PROPERTY(
+        int chosenInnings READ chosenInnings WRITE setChosenInnings NOTIFY chosenInningsChanged)
+    Q_PROPERTY(int selectedInnings READ selectedInnings NOTIFY selectedInningsChanged)
     Q_PROPERTY(Popover::Card state READ state NOTIFY changed)
     Q_PROPERTY(QString error READ error NOTIFY changed)
     Q_PROPERTY(QStringList inningsLabels READ inningsLabels NOTIFY changed)
@@ -41,8 +44,10 @@ public:
     void setController(PopoverController *controller);
     QString matchKey() const { return m_matchKey; }
     void setMatchKey(const QString &key);
+    int chosenInnings() const { return m_chosenInnings; }
+    // -1 for none.
+    void setChosenInnings(int innings);
     int selectedInnings() const { return m_selectedInnings; }
-    void setSelectedInnings(int innings);
 
     Popover::Card state() const { return m_state; }
     QString error() const { return m_error; }
@@ -58,6 +63,7 @@ public:
 signals:
     void controllerChanged();
     void matchKeyChanged();
+    void chosenInningsChanged();
     void selectedInningsChanged();
     void changed();
 
@@ -68,8 +74,8 @@ private:
     QPointer<PopoverController> m_controller;
     QMetaObject::Connection m_connection;
     QString m_matchKey;
+    int m_chosenInnings = -1;
     int m_selectedInnings = 0;
-    bool m_inningsChosen = false;
     Popover::Card m_state = Popover::Card::None;
     QString m_error;
     QStringList m_inningsLabels;

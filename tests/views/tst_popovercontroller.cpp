@@ -124,15 +124,116 @@ private slots:
         QCOMPARE(cell(0, ScoreTableModel::FiguresRole).toStringList().first(), u"30"_s);
         QCOMPARE(card.bowling()->data(card.bowling()->index(0), ScoreTableModel::TookWicketsRole),
                  QVariant(true));
-        card.setSelectedInnings(1);
+        card.setChosenInnings(1);
         QCOMPARE(card.isYetToBat(), true);
         QCOMPARE(card.yetToBatName(), u"Southshore"_s);
 
-        // A live card being fetched again stays on screen.
+        // A live card being fetched again stays on screen until the new one is in.
+        m_server->script("/api/matches/9007199254740993/scorecard", {200, liveCard, 500ms});
+        card.setChosenInnings(0);
         m_vm->fetchToday();
+        QTRY_VERIFY(m_vm->loadingScorecards().contains(9007199254740993));
         QCOMPARE(card.state(), Popover::Card::Ready);
+        QCOMPARE(card.score(), u"50/1"_s);
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/9007199254740993/scorecard"), 2);
+    }
+
+    // Until the user picks an innings, a live card shows the one in progress, and moves on with
+    // the match; a pick holds until it is taken back.
+    void liveCardFollowsTheInningsInProgress()
+    {
+        ScorecardModel card;
+        card.setController(m_popover.get());
+        card.setMatchKey(u"9007199254740993"_s);
+        QCOMPARE(card.selectedInnings(), 0);
+        const auto playInnings = [this](const char *innings) {
+            QByteArray next = today;
+            next.replace("\"currentInnings\": \"1\"",
+                         "\"currentInnings\": \"" + QByteArray(innings) + '"');
+            m_server->script("/api/matches/today", {200, next});
+            m_vm->fetchToday();
+            return settled();
+        };
+        QVERIFY(playInnings("2"));
+        QCOMPARE(card.selectedInnings(), 1);
+        card.setChosenInnings(0);
+        QCOMPARE(card.selectedInnings(), 0);
+        QVERIFY(playInnings("1"));
+        QVERIFY(playInnings("2"));
+        QCOMPARE(card.selectedInnings(), 0);
+        card.setChosenInnings(-1);
+        QCOMPARE(card.selectedInnings(), 1);
+    }
+
+    // A card and an error for one match: the later answer is what the row shows.
+    void theLaterAnswerIsShown_data()
+    {
+        QTest::addColumn<int>("firstStatus");
+        QTest::addColumn<int>("laterStatus");
+        QTest::addColumn<int>("shown");
+        QTest::newRow("an error, then a card on retry") << 500 << 200 << int(Popover::Card::Ready);
+        QTest::newRow("a card, then a failed refetch") << 200 << 500 << int(Popover::Card::Error);
+    }
+
+    void theLaterAnswerIsShown()
+    {
+        QFETCH(int, firstStatus);
+        QFETCH(int, laterStatus);
+        const QString key = u"9007199254740993"_s;
+        const char *path = "/api/matches/9007199254740993/scorecard";
+        ScorecardModel card;
+        card.setController(m_popover.get());
+        card.setMatchKey(key);
+        m_server->script(path, {firstStatus, liveCard});
+        m_popover->scorecardWanted(key);
+        QVERIFY(settled());
+        m_server->script(path, {laterStatus, liveCard});
+        if (laterStatus == 200)
+            m_popover->scorecardWanted(key); // Retry
+        else
+            m_vm->fetchToday(); // a live card is fetched again with every reload
+        QVERIFY(settled());
+        QTEST(int(card.state()), "shown");
+        QCOMPARE(card.error(), laterStatus == 200 ? QString() : u"\u26A0\uFE0F HTTP 500"_s);
+    }
+
+    // What the user did with a row stays with its match in the list, whatever the delegates do.
+    void rowsKeepWhatTheUserDid()
+    {
+        MatchListModel rows(MatchListModel::Kind::Today, m_server->baseURL());
+        const auto at = [](qint64 id, const char *status) {
+            return ZelMatch{.matchID = id, .matchStatus = status};
+        };
+        const auto state = [&rows](int row) {
+            const QModelIndex index = rows.index(row);
+            return u"%1 %2"_s.arg(rows.data(index, MatchListModel::ExpandedRole).toBool())
+                .arg(rows.data(index, MatchListModel::ChosenInningsRole).toInt());
+        };
+        rows.setMatches({at(1, "live"), at(2, "upcoming"), at(3, "finished")});
+        QCOMPARE((QStringList{state(0), state(1), state(2)}),
+                 (QStringList{u"1 -1"_s, u"0 -1"_s, u"0 -1"_s}));
+        rows.setExpanded(2, true);
+        rows.chooseInnings(2, 1);
+        // The live match ends, the upcoming one goes live: the first stays open, the second
+        // opens; the finished row keeps its pick.
+        rows.setMatches({at(1, "finished"), at(2, "live"), at(3, "finished")});
+        QCOMPARE((QStringList{state(0), state(1), state(2)}),
+                 (QStringList{u"1 -1"_s, u"1 -1"_s, u"1 1"_s}));
+        // Closed while live, it stays closed as the match goes on.
+        rows.setExpanded(1, false);
+        ZelMatch scored = at(2, "live");
+        scored.firstBattingSummary = "12/0 (2 Ov)";
+        rows.setMatches({at(1, "finished"), scored, at(3, "finished")});
+        QCOMPARE(state(1), u"0 -1"_s);
+        // Reopened, a row forgets its pick; a match that leaves takes its state along.
+        rows.setExpanded(2, false);
+        rows.setExpanded(2, true);
+        QCOMPARE(state(2), u"1 -1"_s);
+        rows.chooseInnings(2, 1);
+        rows.setMatches({at(1, "finished"), scored});
+        rows.setMatches({at(1, "finished"), scored, at(3, "finished")});
+        QCOMPARE(state(2), u"0 -1"_s);
     }
 
     void clockTimesFollowTheUsersTimeZone()

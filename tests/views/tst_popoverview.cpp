@@ -4,6 +4,7 @@
 #include "Preferences.h"
 #include "StateRig.h"
 
+#include <QPointer>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QRegularExpression>
@@ -77,7 +78,7 @@ class PopoverViewTest : public QObject {
         QList<QQuickItem *> pending{tab(tabName)};
         while (!pending.isEmpty()) {
             QQuickItem *item = pending.takeFirst();
-            if (item->property("matchKey").isValid() && item->property("showDetail").isValid())
+            if (item->property("matchKey").isValid() && item->property("expanded").isValid())
                 found.append(item);
             else
                 pending.append(item->childItems());
@@ -99,6 +100,21 @@ class PopoverViewTest : public QObject {
             pending.append(item->childItems());
         }
         return false;
+    }
+
+    // The visible item under root that shows exactly this text, if any.
+    static QQuickItem *textItem(QQuickItem *root, const QString &text)
+    {
+        QList<QQuickItem *> pending{root};
+        while (!pending.isEmpty()) {
+            QQuickItem *item = pending.takeFirst();
+            if (!item->isVisible())
+                continue;
+            if (item->property("text").toString() == text)
+                return item;
+            pending.append(item->childItems());
+        }
+        return nullptr;
     }
 
     void tapMainLine(QQuickItem *row)
@@ -149,16 +165,16 @@ private slots:
         QCOMPARE(m_view->rootObject()->size(), QSizeF(380, 500));
         QTRY_COMPARE(rows("todayTab").size(), 3);
         const auto today = rows("todayTab");
-        QVERIFY2(today[0]->property("showDetail").toBool(), "a live row opens expanded");
-        QVERIFY(!today[1]->property("showDetail").toBool());
+        QVERIFY2(today[0]->property("expanded").toBool(), "a live row opens expanded");
+        QVERIFY(!today[1]->property("expanded").toBool());
 
         tapMainLine(today[0]); // live: nothing happens
         tapMainLine(today[2]); // upcoming: nothing happens
-        QVERIFY(today[0]->property("showDetail").toBool());
-        QVERIFY(!today[2]->property("showDetail").toBool());
+        QVERIFY(today[0]->property("expanded").toBool());
+        QVERIFY(!today[2]->property("expanded").toBool());
 
         tapMainLine(today[1]);
-        QVERIFY(today[1]->property("showDetail").toBool());
+        QVERIFY(today[1]->property("expanded").toBool());
         QVERIFY(settled());
         tapMainLine(today[1]);
         tapMainLine(today[1]);
@@ -185,6 +201,12 @@ private slots:
         tapMainLine(rows("todayTab")[1]);
         QVERIFY(settled());
         QTRY_VERIFY(visibleText(rows("todayTab")[1], "DNB"));
+        // The figures take their five columns' 130 px, gaps included.
+        QCOMPARE(textItem(rows("todayTab")[1], u"DNB"_s)->width(), 130.0);
+        QQuickItem *header = textItem(live, u"BATTING"_s)->parentItem();
+        QQuickItem *runs = textItem(header, u"R"_s);
+        QQuickItem *rate = textItem(header, u"SR"_s);
+        QCOMPARE(rate->x() + rate->width() - runs->x(), 130.0);
 
         QQuickItem *innings = live->findChild<QQuickItem *>("inningsBar");
         QVERIFY(innings);
@@ -213,11 +235,11 @@ private slots:
         QQuickItem *finished = rows("todayTab")[1];
         finished->forceActiveFocus();
         QTest::keyClick(m_view.get(), Qt::Key_Space);
-        QVERIFY(finished->property("showDetail").toBool());
+        QVERIFY(finished->property("expanded").toBool());
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
         QTest::keyClick(m_view.get(), Qt::Key_Return);
-        QVERIFY(!finished->property("showDetail").toBool());
+        QVERIFY(!finished->property("expanded").toBool());
     }
 
     void errorStateOffersRetry()
@@ -261,7 +283,7 @@ private slots:
         }
         QVERIFY(opened);
         QMetaObject::invokeMethod(opened, "activate");
-        QVERIFY(opened->property("showDetail").toBool());
+        QVERIFY(opened->property("expanded").toBool());
         QVERIFY(settled());
         const auto onScreen = [&] { return opened->mapToItem(list, QPointF(0, 0)).y(); };
         const qreal shownAt = onScreen();
@@ -274,9 +296,56 @@ private slots:
         m_popover->refresh();
         QVERIFY(settled());
         QCOMPARE(m_popover->todayModel()->rowCount(), 23);
-        QVERIFY2(opened->property("showDetail").toBool(), "the opened row stays open");
+        QVERIFY2(opened->property("expanded").toBool(), "the opened row stays open");
         QCOMPARE(opened->property("comments").toString(), u"won"_s);
         QCOMPARE(onScreen(), shownAt);
+    }
+
+    // A row's state lives as long as its match is listed, though its delegate goes when it is
+    // scrolled far away.
+    void rowStateOutlivesItsDelegate()
+    {
+        QByteArray many = R"({"matches": [)";
+        for (int id = 101; id <= 160; ++id)
+            many += (id > 101 ? "," : "") + QByteArray(R"({"matchID": )") + QByteArray::number(id) +
+                    R"(, "status": "finished", "startTime": "2026-11-22T09:30:00+05:30"})";
+        m_server->script("/api/matches/today", {200, many + "]}"});
+        m_popover->refresh();
+        QVERIFY(settled());
+        QQuickItem *list = tab("todayTab")->property("list").value<QQuickItem *>();
+        list->setProperty("cacheBuffer", 0);
+        QTRY_COMPARE(rows("todayTab").first()->property("matchKey").toString(), u"101"_s);
+        tapMainLine(rows("todayTab")[1]);
+        m_popover->todayModel()->chooseInnings(1, 1);
+        QVERIFY(settled());
+        QPointer<QQuickItem> first = rows("todayTab")[1];
+        QMetaObject::invokeMethod(list, "positionViewAtEnd");
+        QTRY_VERIFY(!first);
+        QMetaObject::invokeMethod(list, "positionViewAtBeginning");
+        QTRY_COMPARE(rows("todayTab")[1]->property("matchKey").toString(), u"102"_s);
+        QVERIFY(rows("todayTab")[1]->property("expanded").toBool());
+        QCOMPARE(rows("todayTab")[1]->property("chosenInnings").toInt(), 1);
+        QVERIFY(!rows("todayTab")[2]->property("expanded").toBool());
+    }
+
+    // Notes and results are read in full: they wrap, and their row grows.
+    void longNotesWrap()
+    {
+        const QString note =
+            u"Rain delay: covers on at Harbour Oval, inspection at 3:30 PM, play from 4 PM"_s;
+        QByteArray body = today;
+        body.replace(R"("matchID": 9, "status": "upcoming")",
+                     R"("matchID": 9, "status": "upcoming", "result": {"description": ")" +
+                         note.toUtf8() + R"("})");
+        m_server->script("/api/matches/today", {200, body});
+        m_popover->refresh();
+        QVERIFY(settled());
+        QTRY_VERIFY(textItem(tab("todayTab"), note));
+        QQuickItem *shown = textItem(tab("todayTab"), note);
+        QVERIFY(!shown->property("truncated").toBool());
+        QVERIFY(shown->property("lineCount").toInt() > 1);
+        QQuickItem *row = rows("todayTab")[2];
+        QVERIFY(shown->mapToItem(row, QPointF(0, shown->height())).y() <= row->height());
     }
 
     void highlightFollowsTheActiveTab()

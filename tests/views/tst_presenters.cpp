@@ -87,6 +87,13 @@ private slots:
         QTest::newRow("live, toss won by the away side, no home name")
             << with(toss, [](ZelMatch &m) { m.homeTeamName.clear(); }) << u"\U0001F534"_s
             << u"Toss"_s << u"STH won, elected to field"_s;
+        QTest::newRow("live, toss names the home side, whose code is unknown")
+            << with(toss,
+                    [](ZelMatch &m) {
+                        m.tossDetails = "Northport lost it: Southshore won the toss, will bat";
+                        m.firstBattingTeamCode.clear();
+                    })
+            << u"\U0001F534"_s << u"Toss"_s << u"STH won, elected to bat"_s;
         QTest::newRow("live, toss text without a decision")
             << with(toss, [](ZelMatch &m) { m.tossDetails = "Southshore won the toss"; })
             << u"\U0001F534"_s << u"Toss"_s << u""_s;

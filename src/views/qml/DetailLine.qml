@@ -6,12 +6,12 @@ Row {
     property color tint: Theme.secondary
     property string text
     property bool strong: false
-    // Room for the text beside the icon; longer texts are elided.
+    // Room for the text beside the icon; longer texts wrap.
     property real maximumWidth: 330
     spacing: 5
 
     SymbolIcon {
-        anchors.verticalCenter: parent.verticalCenter
+        y: 2
         width: 10
         height: 10
         name: parent.icon
@@ -20,7 +20,7 @@ Row {
     Text {
         textFormat: Text.PlainText
         width: Math.min(implicitWidth, parent.maximumWidth - 15)
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
         text: parent.text
         font.pixelSize: 10
         color: parent.strong ? Theme.text : Theme.secondary

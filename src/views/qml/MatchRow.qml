@@ -20,21 +20,23 @@ Column {
     required property bool homeFavourite
     required property bool awayFavourite
     required property string comments
-    property bool showDetail: isLive
+    // The row's state lives in the list, which keeps it while the delegate is scrolled away.
+    required property MatchListModel rows
+    required property int index
+    required property bool expanded
+    required property int chosenInnings
     readonly property bool finished: status === "finished"
     width: ListView.view ? ListView.view.width : 0
     activeFocusOnTab: true
 
     function activate() {
-        if (!opensOnTap)
-            return
-        showDetail = !showDetail
-        if (showDetail)
-            controller.scorecardWanted(matchKey)
+        if (opensOnTap)
+            rows.setExpanded(index, !expanded)
     }
     Keys.onSpacePressed: activate()
     Keys.onReturnPressed: activate()
-    Component.onCompleted: if (isLive) controller.scorecardWanted(matchKey)
+    onExpandedChanged: if (expanded) controller.scorecardWanted(matchKey)
+    Component.onCompleted: if (expanded) controller.scorecardWanted(matchKey)
 
     Item {
         objectName: "mainLine"
@@ -78,11 +80,12 @@ Column {
                     color: row.isLive ? Theme.red : Theme.text
                 }
                 Text {
+                    objectName: "centreSubText"
                     textFormat: Text.PlainText
                     width: parent.width
                     horizontalAlignment: Text.AlignHCenter
                     visible: text !== ""
-                    elide: Text.ElideRight
+                    wrapMode: Text.Wrap
                     text: row.centreSubText
                     font.pixelSize: 9
                     color: Theme.secondary
@@ -97,14 +100,14 @@ Column {
                     anchors.right: parent.right
                     anchors.verticalCenter: parent.verticalCenter
                     visible: row.finished
-                    open: row.showDetail
+                    open: row.expanded
                 }
             }
         }
     }
 
     Expander {
-        open: row.showDetail
+        open: row.expanded
         Column {
             width: parent.width
             leftPadding: 22
@@ -120,9 +123,10 @@ Column {
                     color: row.finished ? Theme.yellow : Theme.red
                 }
                 Text {
+                    objectName: "comments"
                     textFormat: Text.PlainText
-                    width: Math.min(implicitWidth, row.width - 48)
-                    elide: Text.ElideRight
+                    width: Math.min(implicitWidth, row.width - 51)
+                    wrapMode: Text.Wrap
                     text: row.comments
                     font.pixelSize: 10
                     color: Theme.text
@@ -132,6 +136,8 @@ Column {
                 width: parent.width - 36
                 controller: row.controller
                 matchKey: row.matchKey
+                chosenInnings: row.chosenInnings
+                onInningsChosen: innings => row.rows.chooseInnings(row.index, innings)
             }
         }
     }

@@ -18,17 +18,21 @@ Column {
     required property string comments
     required property string tossText
     required property string groundAndCity
-    property bool showDetail: false
+    // The row's state lives in the list, which keeps it while the delegate is scrolled away.
+    required property MatchListModel rows
+    required property int index
+    required property bool expanded
+    required property int chosenInnings
     width: ListView.view ? ListView.view.width : 0
     activeFocusOnTab: true
 
     function activate() {
-        showDetail = !showDetail
-        if (showDetail)
-            controller.scorecardWanted(matchKey)
+        rows.setExpanded(index, !expanded)
     }
     Keys.onSpacePressed: activate()
     Keys.onReturnPressed: activate()
+    onExpandedChanged: if (expanded) controller.scorecardWanted(matchKey)
+    Component.onCompleted: if (expanded) controller.scorecardWanted(matchKey)
 
     Item {
         objectName: "mainLine"
@@ -71,13 +75,13 @@ Column {
             Item {
                 Layout.preferredWidth: 14
                 Layout.preferredHeight: 9
-                Chevron { anchors.right: parent.right; open: row.showDetail }
+                Chevron { anchors.right: parent.right; open: row.expanded }
             }
         }
     }
 
     Expander {
-        open: row.showDetail
+        open: row.expanded
         Column {
             width: parent.width
             leftPadding: 14
@@ -103,6 +107,8 @@ Column {
                 width: parent.width - 28
                 controller: row.controller
                 matchKey: row.matchKey
+                chosenInnings: row.chosenInnings
+                onInningsChosen: innings => row.rows.chooseInnings(row.index, innings)
             }
         }
     }

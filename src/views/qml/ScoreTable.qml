@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Layouts
 
 // A batting or bowling table: a name column filling the width, then fixed number columns.
-// Each number column gets a gap before it, so that neighbouring figures never run together.
+// Each number column keeps a gap inside its width, so that neighbouring figures never run
+// together and the figures take no more room than their columns.
 Column {
     id: table
     property string heading
@@ -32,7 +33,7 @@ Column {
             Text {
                 textFormat: Text.PlainText
                 required property var modelData
-                Layout.preferredWidth: modelData[1] + table.gap
+                Layout.preferredWidth: modelData[1]
                 horizontalAlignment: Text.AlignRight
                 bottomPadding: 3
                 text: modelData[0]
@@ -69,7 +70,7 @@ Column {
             Text {
                 textFormat: Text.PlainText
                 visible: line.placeholder !== ""
-                Layout.preferredWidth: 130 + table.columns.length * table.gap
+                Layout.preferredWidth: 130
                 horizontalAlignment: Text.AlignRight
                 text: line.placeholder
                 font.pixelSize: 9
@@ -83,7 +84,7 @@ Column {
                     required property var modelData
                     required property int index
                     readonly property bool key: index === table.keyFigure
-                    Layout.preferredWidth: modelData[1] + table.gap
+                    Layout.preferredWidth: modelData[1]
                     leftPadding: table.gap
                     horizontalAlignment: Text.AlignRight
                     elide: Text.ElideRight

@@ -6,9 +6,12 @@ Column {
     id: holder
     required property PopoverController controller
     required property string matchKey
+    required property int chosenInnings
+    signal inningsChosen(int innings)
     readonly property ScorecardModel card: ScorecardModel {
         controller: holder.controller
         matchKey: holder.matchKey
+        chosenInnings: holder.chosenInnings
     }
     topPadding: card.state === Popover.Card.None ? 0 : 4
     width: parent ? parent.width : 0
@@ -37,6 +40,9 @@ Column {
     Loader {
         width: parent.width
         active: holder.card.state === Popover.Card.Ready
-        sourceComponent: ScorecardView { card: holder.card }
+        sourceComponent: ScorecardView {
+            card: holder.card
+            onInningsChosen: innings => holder.inningsChosen(innings)
+        }
     }
 }

@@ -6,6 +6,7 @@ import ZelMenuBar
 Column {
     id: view
     required property ScorecardModel card
+    signal inningsChosen(int innings)
     width: parent ? parent.width : 0
     spacing: 6
 
@@ -17,7 +18,7 @@ Column {
         fontSize: 10
         labels: view.card.inningsLabels
         currentIndex: view.card.selectedInnings
-        onActivated: index => view.card.selectedInnings = index
+        onActivated: index => view.inningsChosen(index)
     }
 
     Row {

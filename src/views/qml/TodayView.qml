@@ -126,13 +126,19 @@ Rectangle {
                 controller: root.controller
                 tab: root.controller.resultsTab
                 sectioned: true
-                delegate: ResultRow { controller: root.controller }
+                delegate: ResultRow {
+                    controller: root.controller
+                    rows: root.controller.resultsTab.model
+                }
             }
             TabContent {
                 objectName: "todayTab"
                 controller: root.controller
                 tab: root.controller.todayTab
-                delegate: MatchRow { controller: root.controller }
+                delegate: MatchRow {
+                    controller: root.controller
+                    rows: root.controller.todayTab.model
+                }
             }
             TabContent {
                 objectName: "fixturesTab"
