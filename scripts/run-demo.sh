@@ -41,11 +41,20 @@ if [[ $headless -eq 0 ]]; then
     exit
 fi
 
-dbus-run-session -- bash -c '
+# Folders of its own, so that nothing of the run lands in yours; its analytics go to the
+# simulator's ingest log before it quits.
+home=$(mktemp -d)
+trap 'kill "${pids[@]}" 2>/dev/null || true; rm -rf "$home"' EXIT
+for folder in config cache data state runtime; do mkdir -p "$home/$folder"; done
+chmod 700 "$home/runtime"
+XDG_CONFIG_HOME=$home/config XDG_CACHE_HOME=$home/cache XDG_DATA_HOME=$home/data \
+    XDG_STATE_HOME=$home/state XDG_RUNTIME_DIR=$home/runtime \
+    dbus-run-session -- bash -c '
     set -euo pipefail
     build=$1
     shots=$build/screenshots
     mkdir -p "$shots"
+    batches=$(cat "$build/ingest.jsonl" 2>/dev/null | wc -l)
     exec 5>"$build/xvfb.display"
     Xvfb -displayfd 5 -screen 0 1280x800x24 -nolisten tcp -noreset &
     xvfb=$!
@@ -69,5 +78,9 @@ dbus-run-session -- bash -c '
     sleep 1
     import -window root "$shots/menu.png"
     xdotool key Escape
-    echo "screenshots in $shots"
+    for _ in $(seq 200); do
+        (( $(cat "$build/ingest.jsonl" 2>/dev/null | wc -l) > batches )) && break
+        sleep 0.1
+    done
+    echo "screenshots in $shots; analytics in $build/ingest.jsonl"
 ' headless "$build"

@@ -52,6 +52,10 @@ TodayViewModel::TodayViewModel(Setup setup, QObject *parent)
     m_ticker.setTimerType(Qt::PreciseTimer);
     connect(&m_autoRefreshTimer, &QTimer::timeout, this, &TodayViewModel::fetchToday);
 
+    m_offlineDue.setSingleShot(true);
+    m_offlineDue.setTimerType(Qt::PreciseTimer);
+    connect(&m_offlineDue, &QTimer::timeout, this, [this] { updateOffline(); });
+
     m_ticker.setInterval(tickInterval);
     connect(&m_ticker, &QTimer::timeout, this, &TodayViewModel::tick);
     m_ticker.start();
@@ -144,9 +148,15 @@ void TodayViewModel::todayFailed(const QString &description)
 
 void TodayViewModel::updateOffline(bool reasonChanged)
 {
-    const bool stale = m_todayFailures > 0 &&
-                       (!m_lastUpdated.isValid() || m_lastUpdated.msecsTo(m_setup.clock()) >
-                                                        (m_refreshInterval + offlineGrace).count());
+    const qint64 untilDue = m_lastUpdated.isValid() ? m_setup.clock().msecsTo(m_lastUpdated) +
+                                                          (m_refreshInterval + offlineGrace).count()
+                                                    : -1;
+    const bool stale = m_todayFailures > 0 && untilDue < 0;
+    // Failing but not yet out of date: look again the moment it becomes so.
+    if (m_todayFailures > 0 && !stale)
+        m_offlineDue.start(std::chrono::milliseconds(untilDue + 1));
+    else
+        m_offlineDue.stop();
     if (stale == m_isOffline && !(stale && reasonChanged))
         return;
     m_isOffline = stale;

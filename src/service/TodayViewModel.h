@@ -74,6 +74,8 @@ public:
     const IdSet &loadingScorecards() const { return m_loadingScorecards; }
     // Today's matches could not be reloaded for longer than their refresh interval and a
     // minute; the reason is the last failure's description.
+    // The state object's own clock: the views date themselves by it.
+    QDateTime now() const { return m_setup.clock(); }
     bool isOffline() const { return m_isOffline; }
     const QString &offlineReason() const { return m_lastTodayFailure; }
 
@@ -165,6 +167,7 @@ private:
 
     QTimer m_autoRefreshTimer;
     QTimer m_ticker;
+    QTimer m_offlineDue;
     QDateTime m_lastTickWallClock;
     QElapsedTimer m_sinceLastTick; // monotonic: stands still while the machine sleeps
 };

@@ -117,8 +117,7 @@ QString PopoverController::title() const
 
 QString PopoverController::todayLabel() const
 {
-    return TodayPresenter::todayLabel(QDateTime::currentDateTime(), QTimeZone::systemTimeZone(),
-                                      QLocale::system());
+    return TodayPresenter::todayLabel(m_vm.now(), QTimeZone::systemTimeZone(), QLocale::system());
 }
 
 QString PopoverController::updatedLabel() const

@@ -119,6 +119,24 @@ private slots:
         QCOMPARE(model->autoRefreshInterval(), 600s);
     }
 
+    // Out of date is told when it becomes so, not at the next failure or tick.
+    void offlineSignComesWhenDue()
+    {
+        m_rig->firstRetry = 3600s;
+        auto model = makeModel();
+        QVERIFY(settled(*model));
+        model->invalidateAutoRefresh();
+        m_rig->now = m_rig->now.addSecs(89); // a second before the 30 s interval and the grace
+        m_server->script("/api/matches/today", {503, "{}"});
+        model->fetchToday();
+        QVERIFY(settled(*model));
+        QVERIFY(!model->isOffline());
+        m_rig->now = m_rig->now.addSecs(2);
+        QTest::qWait(200);
+        QVERIFY(!model->isOffline());
+        QTRY_VERIFY_WITH_TIMEOUT(model->isOffline(), 1500);
+    }
+
     void floodOfLiveMatchesStartsFewScorecardRequests()
     {
         QByteArray body = R"({"matches": [)";

@@ -236,6 +236,14 @@ private slots:
         QCOMPARE(state(2), u"0 -1"_s);
     }
 
+    // The header dates itself by the state object's clock (a render tool's chosen moment).
+    void headerTexts()
+    {
+        QCOMPARE(m_popover->title(), u"\U0001F3CF  Zel 2026"_s);
+        QCOMPARE(m_popover->todayLabel(),
+                 QLocale::system().toString(QDate(2026, 11, 22), u"dddd, d MMMM yyyy"_s));
+    }
+
     void clockTimesFollowTheUsersTimeZone()
     {
         const QByteArray zone = qgetenv("TZ");
