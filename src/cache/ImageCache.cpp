@@ -1,7 +1,5 @@
 #include "ImageCache.h"
 
-#include "LogoWorker.h"
-
 #include <QCoreApplication>
 #include <QDir>
 #include <QStandardPaths>
@@ -56,14 +54,28 @@ struct ImageCache::Group {
 
 void ImageCache::prefetch(const QList<QUrl> &urls, std::function<void()> completion)
 {
-    QList<std::pair<QUrl, QString>> needed;
+    fetch(urls, std::move(completion), true);
+}
+
+void ImageCache::fetchForBadge(const QUrl &url)
+{
+    fetch({url}, {}, false);
+}
+
+void ImageCache::fetch(const QList<QUrl> &urls, std::function<void()> completion, bool isReload)
+{
+    QList<std::pair<QString, QString>> needed; // URL, key
     for (const QUrl &url : urls) {
         // Anything but the web would read local files or run scheme handlers.
         if (url.scheme() != "http"_L1 && url.scheme() != "https"_L1)
             continue;
         QString key = keyFor(url);
-        if (!m_memory.contains(key) && !recentlyFailed(key))
-            needed.append({url, std::move(key)});
+        const QString address = url.toString();
+        if (isReload)
+            m_failedForNow.remove(address);
+        if (!m_memory.contains(key) && !recentlyFailed(address) &&
+            !m_failedForNow.contains(address))
+            needed.append({address, std::move(key)});
     }
     if (needed.isEmpty()) {
         if (completion)
@@ -72,38 +84,50 @@ void ImageCache::prefetch(const QList<QUrl> &urls, std::function<void()> complet
     }
 
     auto group = std::make_shared<Group>(Group{needed.size(), std::move(completion)});
-    for (const auto &[url, key] : needed) {
+    for (const auto &[address, key] : needed) {
         // One download per logo, however many prefetches ask for it meanwhile.
-        const bool underWay = m_pending.contains(key);
-        m_pending[key].append(group);
+        const bool underWay = m_pending.contains(address);
+        Pending &pending = m_pending[address];
+        pending.key = key;
+        pending.groups.append(group);
         if (!underWay) {
             m_worker->submit(
-                {url, key, [this, key](std::optional<QImage> image) { stored(key, image); }});
+                {QUrl(address), key,
+                 [this, address](std::optional<QImage> image, LogoWorker::Failure failure) {
+                     stored(address, image, failure);
+                 }});
         }
     }
 }
 
-void ImageCache::stored(const QString &key, const std::optional<QImage> &image)
+void ImageCache::stored(const QString &url, const std::optional<QImage> &image,
+                        LogoWorker::Failure failure)
 {
+    const Pending pending = m_pending.take(url);
     if (image) {
-        m_memory.insert(key, new QImage(*image), qMax<qsizetype>(1, image->sizeInBytes()));
+        m_memory.insert(pending.key, new QImage(*image), qMax<qsizetype>(1, image->sizeInBytes()));
+        emit logoStored(pending.key);
+    } else if (failure == LogoWorker::Failure::Passing) {
+        m_failedForNow.insert(url);
     } else {
-        // Many distinct failing logos must not grow this without end either.
+        // Many distinct failing logos must not grow these without end either.
         if (m_failed.size() >= 1024)
             m_failed.removeIf([](const auto &entry) { return entry.value().hasExpired(); });
         if (m_failed.size() >= 1024)
             m_failed.clear();
-        m_failed.insert(key, QDeadlineTimer(failureMemory));
+        m_failed.insert(url, QDeadlineTimer(failureMemory));
     }
-    for (const std::shared_ptr<Group> &group : m_pending.take(key)) {
+    if (m_failedForNow.size() > 1024)
+        m_failedForNow.clear();
+    for (const std::shared_ptr<Group> &group : pending.groups) {
         if (--group->outstanding == 0 && group->completion)
             group->completion();
     }
 }
 
-bool ImageCache::recentlyFailed(const QString &key)
+bool ImageCache::recentlyFailed(const QString &url)
 {
-    const auto failure = m_failed.constFind(key);
+    const auto failure = m_failed.constFind(url);
     if (failure == m_failed.cend())
         return false;
     if (!failure->hasExpired())

@@ -89,6 +89,32 @@ void LogoWorker::run(Job job)
     startDownloads();
 }
 
+namespace {
+// Nothing for a whole answer; otherwise whether asking again later may help.
+std::optional<LogoWorker::Failure> failureOf(const QNetworkReply &reply,
+                                             BoundedDownload::Outcome outcome)
+{
+    using Failure = LogoWorker::Failure;
+    if (outcome == BoundedDownload::Outcome::TooLarge)
+        return Failure::Lasting;
+    if (outcome == BoundedDownload::Outcome::DeadlinePassed)
+        return Failure::Passing;
+    // No answer, or one cut short.
+    if (reply.error() != QNetworkReply::NoError &&
+        reply.error() < QNetworkReply::ContentAccessDenied)
+        return Failure::Passing;
+    const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    if (!status.isValid())
+        return std::nullopt;
+    const int code = status.toInt();
+    if (code >= 200 && code < 300)
+        return std::nullopt;
+    // The server's own trouble, a timeout or a busy signal pass; a refusal or a missing logo
+    // stays.
+    return code >= 500 || code == 408 || code == 429 ? Failure::Passing : Failure::Lasting;
+}
+} // namespace
+
 void LogoWorker::startDownloads()
 {
     while (m_network && m_downloads < concurrentDownloads && !m_waiting.empty()) {
@@ -102,9 +128,11 @@ void LogoWorker::startDownloads()
                                                             BoundedDownload::Outcome outcome,
                                                             QByteArray bytes) mutable {
                                    --m_downloads;
-                                   const bool ok = outcome == BoundedDownload::Outcome::Finished &&
-                                                   reply.error() == QNetworkReply::NoError;
-                                   downloaded(std::move(job), ok ? std::move(bytes) : QByteArray());
+                                   const auto failure = failureOf(reply, outcome);
+                                   if (failure)
+                                       deliver(job, std::nullopt, *failure);
+                                   else
+                                       downloaded(std::move(job), std::move(bytes));
                                    startDownloads();
                                });
     }
@@ -121,9 +149,10 @@ void LogoWorker::downloaded(Job job, QByteArray bytes)
     deliver(job, std::move(image));
 }
 
-void LogoWorker::deliver(Job &job, std::optional<QImage> image)
+void LogoWorker::deliver(Job &job, std::optional<QImage> image, Failure failure)
 {
     QMetaObject::invokeMethod(
-        m_receiver, [done = std::move(job.done), image = std::move(image)] { done(image); },
+        m_receiver,
+        [done = std::move(job.done), image = std::move(image), failure] { done(image, failure); },
         Qt::QueuedConnection);
 }

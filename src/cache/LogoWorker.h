@@ -18,11 +18,14 @@ class LogoWorker : public QObject {
     Q_OBJECT
 
 public:
+    // Why a logo could not be had: for now (the network, the server's trouble, too slow), or
+    // for as long as the server sends what it sends (refused, too large, no sane image).
+    enum class Failure { Passing, Lasting };
     struct Job {
         QUrl url;
         QString key;
-        // Called on the receiver's thread with the image, or nothing when it could not be had.
-        std::function<void(std::optional<QImage>)> done;
+        // Called on the receiver's thread with the image, or with why there is none.
+        std::function<void(std::optional<QImage>, Failure)> done;
     };
 
     static constexpr qint64 maximumDownloadBytes = 1024 * 1024;
@@ -49,7 +52,7 @@ private:
     void run(Job job);
     void startDownloads();
     void downloaded(Job job, QByteArray bytes);
-    void deliver(Job &job, std::optional<QImage> image);
+    void deliver(Job &job, std::optional<QImage> image, Failure failure = Failure::Lasting);
 
     const QString m_cacheDir;
     QObject *const m_receiver;

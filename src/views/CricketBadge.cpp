@@ -4,13 +4,13 @@
 
 #include <QPainter>
 #include <QPainterPath>
-#include <QPointer>
 
 CricketBadge::CricketBadge(QQuickItem *parent)
     : QQuickPaintedItem(parent)
 {
     setImplicitSize(22, 22);
     setAntialiasing(true);
+    connect(&ImageCache::shared(), &ImageCache::logoStored, this, &CricketBadge::logoStored);
 }
 
 void CricketBadge::setUrl(const QUrl &url)
@@ -19,6 +19,8 @@ void CricketBadge::setUrl(const QUrl &url)
         return;
     m_url = url;
     emit urlChanged();
+    if (isComponentComplete())
+        load();
 }
 
 void CricketBadge::componentComplete()
@@ -29,24 +31,30 @@ void CricketBadge::componentComplete()
 
 void CricketBadge::load()
 {
+    show(QImage());
     if (!m_url.isValid() || m_url.isEmpty())
         return;
     ImageCache &cache = ImageCache::shared();
     const QString key = ImageCache::keyFor(m_url);
-    if (cache.contains(key)) {
+    if (cache.contains(key))
         show(cache.image(key));
-        return;
-    }
-    cache.prefetch({m_url}, [self = QPointer(this), key] {
-        if (self && ImageCache::shared().contains(key))
-            self->show(ImageCache::shared().image(key));
-    });
+    else
+        cache.fetchForBadge(m_url);
+}
+
+void CricketBadge::logoStored(const QString &key)
+{
+    if (m_image.isNull() && !m_url.isEmpty() && key == ImageCache::keyFor(m_url))
+        show(ImageCache::shared().image(key));
 }
 
 void CricketBadge::show(const QImage &image)
 {
+    const bool changed = image.isNull() != m_image.isNull();
     m_image = image;
     update();
+    if (changed)
+        emit showsLogoChanged();
 }
 
 void CricketBadge::paint(QPainter *painter)

@@ -7,6 +7,7 @@
 #include <QDirIterator>
 #include <QImage>
 #include <QPainter>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -202,6 +203,50 @@ private slots:
         // The failure is remembered: the next prefetch does not ask again.
         QVERIFY(prefetched(cache, {url("/logos/bad.png")}));
         QCOMPARE(m_server->requestCount("/logos/bad.png"), 1);
+    }
+
+    // What failed for now is tried at the next reload of a list, not sooner; what can never show
+    // waits longer.
+    void failuresAndTheNextReload_data()
+    {
+        QTest::addColumn<FixtureResponse>("response");
+        QTest::addColumn<bool>("triedAgain");
+        QTest::newRow("503") << FixtureResponse{503, "busy"} << true;
+        QTest::newRow("429") << FixtureResponse{429, "slow down"} << true;
+        QTest::newRow("dropped mid-body")
+            << FixtureResponse{200, encoded("PNG"), {}, FixtureResponse::Delivery::DropMidBody}
+            << true;
+        QTest::newRow("404") << FixtureResponse{404, "no such logo"} << false;
+        QTest::newRow("not an image") << FixtureResponse{200, "<html>moved</html>"} << false;
+    }
+
+    void failuresAndTheNextReload()
+    {
+        QFETCH(FixtureResponse, response);
+        QFETCH(bool, triedAgain);
+        m_server->script("/logos/late.png", response);
+        ImageCache cache(m_folder);
+        QSignalSpy stored(&cache, &ImageCache::logoStored);
+        QVERIFY(prefetched(cache, {url("/logos/late.png")}));
+        QVERIFY(!cache.contains("late.png"));
+        m_server->script("/logos/late.png", {200, encoded("PNG")});
+        cache.fetchForBadge(url("/logos/late.png")); // a badge does not ask again
+        QVERIFY(prefetched(cache, {url("/logos/other.png")}));
+        QCOMPARE(m_server->requestCount("/logos/late.png"), 1);
+        QVERIFY(prefetched(cache, {url("/logos/late.png")})); // the next reload
+        QCOMPARE(m_server->requestCount("/logos/late.png"), triedAgain ? 2 : 1);
+        QCOMPARE(cache.contains("late.png"), triedAgain);
+        QCOMPARE(stored.count(), triedAgain ? 2 : 1);
+    }
+
+    // Downloads are told apart by their URL: a logo of the same name elsewhere is fetched too.
+    void sameNameElsewhereIsItsOwnDownload()
+    {
+        m_server->script("/gone/x.png", {404, "gone"});
+        ImageCache cache(m_folder);
+        QVERIFY(prefetched(cache, {url("/gone/x.png"), url("/here/x.png")}));
+        QCOMPARE(m_server->requestCount("/here/x.png"), 1);
+        QVERIFY(cache.contains("x.png"));
     }
 
     void svgBudget_data()

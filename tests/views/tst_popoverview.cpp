@@ -1,10 +1,13 @@
+#include "ImageCache.h"
 #include "PopoverController.h"
 #include "PopoverScene.h"
 #include "PopoverStyle.h"
 #include "Preferences.h"
 #include "StateRig.h"
 
+#include <QBuffer>
 #include <QPointer>
+#include <QQmlComponent>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QRegularExpression>
@@ -346,6 +349,31 @@ private slots:
         QVERIFY(shown->property("lineCount").toInt() > 1);
         QQuickItem *row = rows("todayTab")[2];
         QVERIFY(shown->mapToItem(row, QPointF(0, shown->height())).y() <= row->height());
+    }
+
+    // A badge looks its logo up again when its URL changes, and shows one that failed for now
+    // once the next reload brings it.
+    void badgeFollowsItsLogo()
+    {
+        QByteArray png;
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::WriteOnly);
+        QImage(8, 8, QImage::Format_RGB32).save(&buffer, "PNG");
+        m_server->script("/logos/first.png", {200, png});
+        m_server->script("/logos/second.png", {503, "busy"});
+        QQmlComponent component(m_view->engine());
+        component.setData("import ZelMenuBar\nCricketBadge {}", QUrl());
+        std::unique_ptr<QObject> badge(component.create());
+        QVERIFY(badge);
+        badge->setProperty("url", QUrl(m_server->baseURL() + u"/logos/first.png"_s));
+        QTRY_VERIFY(badge->property("showsLogo").toBool());
+        const QUrl second(m_server->baseURL() + u"/logos/second.png"_s);
+        badge->setProperty("url", second);
+        QVERIFY(!badge->property("showsLogo").toBool());
+        QTRY_COMPARE(m_server->requestCount("/logos/second.png"), 1);
+        m_server->script("/logos/second.png", {200, png});
+        ImageCache::shared().prefetch({second});
+        QTRY_VERIFY(badge->property("showsLogo").toBool());
     }
 
     void highlightFollowsTheActiveTab()
