@@ -46,6 +46,18 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
     connect(&m_vm, &TodayViewModel::offlineChanged, this, &MenuBarController::showOfflineNote);
     connect(&m_vm, &TodayViewModel::lastUpdatedChanged, this, &MenuBarController::showOfflineNote);
     connect(&m_updater, &UpdateChecker::checked, this, &MenuBarController::showUpdateResult);
+    connect(&m_updater, &UpdateChecker::newerVersionFound, this,
+            &MenuBarController::announceNewerVersion);
+    connect(&m_updateNotifier, &DesktopNotifier::defaultActionInvoked, this, [this] {
+        if (!m_announcedPage.isEmpty())
+            QDesktopServices::openUrl(m_announcedPage);
+        else
+            checkForUpdates();
+    });
+    // A right click on the status item while the popover holds the pointer reaches the
+    // popover: it closes, and the menu opens in the same click.
+    connect(&m_popover, &PopoverWindow::statusItemRightClicked, this,
+            &MenuBarController::showContextMenu);
     m_vm.setFavouriteTeam(m_preferences.favouriteTeamID());
     connect(&m_preferences, &Preferences::favouriteChanged, this,
             [this] { m_vm.setFavouriteTeam(m_preferences.favouriteTeamID()); });
@@ -180,13 +192,26 @@ QString MenuBarController::updateDetail(const UpdateCheck &result, const QString
     return Qt::convertFromPlainText(detail, Qt::WhiteSpaceNormal);
 }
 
+void MenuBarController::announceNewerVersion(const UpdateCheck &result)
+{
+    // A desktop notification takes no focus; its click opens the page, or the dialog.
+    m_announcedPage = result.page;
+    m_updateNotifier.notify(QStringLiteral("A new version of Zel Menu Bar is available!"),
+                            QStringLiteral("Zel Menu Bar %1 is now available — you have %2.")
+                                .arg(boundedForDisplay(result.version, 32), m_setup.version));
+}
+
 void MenuBarController::showUpdateResult(const UpdateCheck &result)
 {
-    // Scheduled checks only log; the dialog reports the check the user asked for.
+    // The dialog reports the check the user asked for; scheduled ones are announced apart.
     if (!m_updateDialog)
         return;
     QMessageBox &dialog = *m_updateDialog;
-    dialog.setStandardButtons(QMessageBox::NoButton);
+    // Buttons of an earlier result go, the added ones too.
+    for (QAbstractButton *button : dialog.buttons()) {
+        dialog.removeButton(button);
+        button->deleteLater();
+    }
     dialog.setInformativeText(updateDetail(result, m_setup.version));
     switch (result.outcome) {
     case UpdateCheck::UpToDate:

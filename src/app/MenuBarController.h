@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DesktopNotifier.h"
 #include "LoginItem.h"
 #include "MatchAlerts.h"
 #include "MenuEntry.h"
@@ -56,6 +57,7 @@ public:
 
 private:
     void showUpdateResult(const UpdateCheck &result);
+    void announceNewerVersion(const UpdateCheck &result);
     void showOfflineNote();
 
     Setup m_setup;
@@ -69,4 +71,6 @@ private:
     PopoverWindow m_popover;
     StatusItemSwitch m_statusItem;
     QPointer<QMessageBox> m_updateDialog;
+    DesktopNotifier m_updateNotifier;
+    QUrl m_announcedPage;
 };

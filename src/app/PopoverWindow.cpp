@@ -17,6 +17,8 @@ namespace {
 // must close the popover, not close and reopen it.
 constexpr qint64 sameClickMs = 300;
 constexpr int gap = 4;
+// A status item known only by a point (a panel's click) is taken as an icon's size around it.
+constexpr int pointItemMargin = 12;
 } // namespace
 
 PopoverWindow::PopoverWindow(PopoverController &controller)
@@ -60,6 +62,10 @@ void PopoverWindow::showBelow(const QRect &anchor)
 {
     m_controller.opening();
     const QRect place = anchor.isNull() ? QRect(QCursor::pos(), QSize(1, 1)) : anchor;
+    m_anchor =
+        place.width() > 1 || place.height() > 1
+            ? place
+            : place.adjusted(-pointItemMargin, -pointItemMargin, pointItemMargin, pointItemMargin);
     QScreen *screen = QGuiApplication::screenAt(place.center());
     if (!screen)
         screen = QGuiApplication::primaryScreen();
@@ -89,6 +95,9 @@ void PopoverWindow::mousePressEvent(QMouseEvent *event)
         event->accept();
         m_sinceOutsideClick.start();
         hide();
+        const QPoint at = event->globalPosition().toPoint();
+        if (event->button() == Qt::RightButton && m_anchor.contains(at))
+            emit statusItemRightClicked(at);
         return;
     }
     QQuickView::mousePressEvent(event);

@@ -28,6 +28,8 @@ public:
 signals:
     // Logged by the shell: the time from a click to the frame that shows the popover.
     void shownAfter(qint64 nanoseconds);
+    // A right click on the status item while the popover was open, which closed it.
+    void statusItemRightClicked(const QPoint &at);
 
 protected:
     void exposeEvent(QExposeEvent *event) override;
@@ -35,6 +37,7 @@ protected:
 
 private:
     PopoverController &m_controller;
+    QRect m_anchor; // the status item it hangs from, in screen coordinates
     QElapsedTimer m_sinceOutsideClick;
     QElapsedTimer m_sinceShowRequest;
 };

@@ -1,6 +1,8 @@
 #include "UpdateChecker.h"
 
 #include <QLoggingCategory>
+#include <QSettings>
+#include <QStandardPaths>
 
 using namespace std::chrono_literals;
 
@@ -11,32 +13,67 @@ constexpr auto firstCheck = 10s;
 constexpr auto daily = 24h;
 // A feed lists a few releases; anything much larger is not one.
 constexpr qint64 feedLimit = 1024 * 1024;
+const QString lastCheckKey = QStringLiteral("lastScheduledCheck");
+const QString announcedKey = QStringLiteral("lastAnnouncedVersion");
 } // namespace
 
-UpdateChecker::UpdateChecker(QString feedURL, QString currentVersion, QObject *parent)
+QString UpdateChecker::defaultStampPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/ZelMenuBar/updates.ini");
+}
+
+UpdateChecker::UpdateChecker(QString feedURL, QString currentVersion, QString stampPath,
+                             QObject *parent)
     : QObject(parent)
     , m_feedURL(std::move(feedURL))
     , m_currentVersion(std::move(currentVersion))
+    , m_stampPath(std::move(stampPath))
     , m_client(m_feedURL)
 {
-    connect(&m_schedule, &QTimer::timeout, this, [this] {
-        m_schedule.start(daily);
-        check();
-    });
+    m_schedule.setSingleShot(true);
+    connect(&m_schedule, &QTimer::timeout, this, &UpdateChecker::scheduledCheck);
+}
+
+std::chrono::milliseconds UpdateChecker::untilScheduledCheck(const QDateTime &lastCheck,
+                                                             const QDateTime &now)
+{
+    if (!lastCheck.isValid() || lastCheck > now)
+        return firstCheck;
+    const std::chrono::milliseconds due(
+        now.msecsTo(lastCheck.addMSecs(std::chrono::milliseconds(daily).count())));
+    return std::max<std::chrono::milliseconds>(due, firstCheck);
 }
 
 void UpdateChecker::startSchedule()
 {
-    m_schedule.start(firstCheck);
+    const QDateTime last =
+        QSettings(m_stampPath, QSettings::IniFormat).value(lastCheckKey).toDateTime();
+    m_schedule.start(untilScheduledCheck(last, QDateTime::currentDateTimeUtc()));
 }
 
 void UpdateChecker::check()
 {
+    look(false);
+}
+
+void UpdateChecker::scheduledCheck()
+{
+    QSettings(m_stampPath, QSettings::IniFormat)
+        .setValue(lastCheckKey, QDateTime::currentDateTimeUtc());
+    m_schedule.start(daily);
+    look(true);
+}
+
+void UpdateChecker::look(bool scheduled)
+{
+    m_scheduledPending = m_scheduledPending || scheduled;
     if (m_checking)
         return;
     m_checking = true;
     m_client.get(m_feedURL, feedLimit, [this](Result<QByteArray> body) {
         m_checking = false;
+        const bool announce = std::exchange(m_scheduledPending, false);
         const UpdateCheck result =
             body.isOk() ? compare(AppcastFeed::newest(body.value()), m_currentVersion)
                         : UpdateCheck{UpdateCheck::Failed, {}, {}, body.error().description};
@@ -45,6 +82,13 @@ void UpdateChecker::check()
         else if (result.outcome == UpdateCheck::Failed)
             qCInfo(lcUpdates) << "update check failed:" << result.error;
         emit checked(result);
+        if (announce && result.outcome == UpdateCheck::NewerVersion) {
+            QSettings stamp(m_stampPath, QSettings::IniFormat);
+            if (stamp.value(announcedKey).toString() != result.version) {
+                stamp.setValue(announcedKey, result.version);
+                emit newerVersionFound(result);
+            }
+        }
     });
 }
 

@@ -13,7 +13,10 @@
 #include "UpdateChecker.h"
 
 #include <csignal>
+#include <QAbstractButton>
 #include <QDesktopServices>
+#include <QMenu>
+#include <QMessageBox>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -339,6 +342,119 @@ private slots:
                                             QUrl(u"https://zel.example/zel/#donate"_s)}));
         QVERIFY(MenuBarController::pageURL(u"not a url"_s, u"/zel/#donate"_s).isEmpty());
         QCOMPARE(MenuBarController::versionLabel(QString()), u"Zel Menu Bar v?"_s);
+    }
+
+    // A right click on the status item while the popover is open closes it and opens the menu;
+    // Ctrl+Q in that menu quits.
+    void rightClickWhilePopoverIsOpenThenCtrlQ()
+    {
+        FixtureServer service;
+        UpdateChecker updater(service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s);
+        QTemporaryDir settings;
+        MenuBarController controller({service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s,
+                                      settings.filePath(u"settings.ini"_s)},
+                                     updater);
+        const QRect item(600, 0, 24, 24);
+        controller.togglePopover(item);
+        QWindow *popover = QGuiApplication::topLevelWindows().value(0);
+        for (QWindow *window : QGuiApplication::topLevelWindows())
+            if (window->title() == u"Scores"_s)
+                popover = window;
+        QTRY_VERIFY(popover->isVisible());
+        QTest::mouseClick(popover, Qt::LeftButton, {}, popover->mapFromGlobal(QPoint(100, 700)));
+        QTRY_VERIFY(!popover->isVisible());
+        QVERIFY(!QApplication::activePopupWidget()); // a left click elsewhere only closes it
+
+        QTest::qWait(400); // a click on the item soon after counts as the closing click
+        controller.togglePopover(item);
+        QTRY_VERIFY(popover->isVisible());
+        QTest::mousePress(popover, Qt::RightButton, {}, popover->mapFromGlobal(QPoint(610, 10)));
+        QTRY_VERIFY(qobject_cast<QMenu *>(QApplication::activePopupWidget()));
+        QVERIFY(!popover->isVisible());
+
+        QTimer::singleShot(0, [] {
+            QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Q, Qt::ControlModifier);
+        });
+        QTimer guard;
+        guard.setSingleShot(true);
+        connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+        guard.start(5000);
+        QCOMPARE(QCoreApplication::exec(), 0);
+    }
+
+    // A scheduled look comes a day after the last one, across launches.
+    void updateSchedule_data()
+    {
+        QTest::addColumn<qint64>("lastAgoSeconds"); // -1: never
+        QTest::addColumn<qint64>("waitSeconds");
+        QTest::newRow("never looked") << qint64(-1) << qint64(10);
+        QTest::newRow("an hour ago") << qint64(3600) << qint64(23 * 3600);
+        QTest::newRow("a day and an hour ago") << qint64(25 * 3600) << qint64(10);
+        QTest::newRow("five seconds short of a day") << qint64(24 * 3600 - 5) << qint64(10);
+        QTest::newRow("a clock set back") << qint64(-3600) << qint64(10);
+    }
+
+    void updateSchedule()
+    {
+        QFETCH(qint64, lastAgoSeconds);
+        const QDateTime now = QDateTime::currentDateTimeUtc();
+        const QDateTime last = lastAgoSeconds == -1 ? QDateTime() : now.addSecs(-lastAgoSeconds);
+        QTEST(qint64(std::chrono::duration_cast<std::chrono::seconds>(
+                         UpdateChecker::untilScheduledCheck(last, now))
+                         .count()),
+              "waitSeconds");
+    }
+
+    // A newer version found by a scheduled look is announced once, across launches; a look the
+    // user asked for only answers in its dialog, whose buttons are never doubled.
+    void newerVersionIsAnnouncedOnce()
+    {
+        FixtureServer service;
+        service.script(u"/appcast.xml"_s,
+                       {200, feed("<item><title>2.0</title><sparkle:version>2.0</sparkle:version>"
+                                  "<link>https://zel.example/download</link></item>")});
+        QTemporaryDir folder;
+        const QString stamp = folder.filePath(u"updates.ini"_s);
+        UpdateChecker updater(service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s, stamp);
+        QSignalSpy announced(&updater, &UpdateChecker::newerVersionFound);
+        QSignalSpy checked(&updater, &UpdateChecker::checked);
+        updater.check();
+        QTRY_COMPARE(checked.count(), 1);
+        updater.scheduledCheck();
+        QTRY_COMPARE(checked.count(), 2);
+        updater.scheduledCheck();
+        QTRY_COMPARE(checked.count(), 3);
+        QCOMPARE(announced.count(), 1);
+        QCOMPARE(announced.first().first().value<UpdateCheck>().version, u"2.0"_s);
+        const QDateTime last =
+            QSettings(stamp, QSettings::IniFormat).value(u"lastScheduledCheck"_s).toDateTime();
+        QVERIFY(qAbs(last.secsTo(QDateTime::currentDateTimeUtc())) < 60);
+
+        UpdateChecker nextLaunch(service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s, stamp);
+        QSignalSpy announcedAgain(&nextLaunch, &UpdateChecker::newerVersionFound);
+        QSignalSpy checkedAgain(&nextLaunch, &UpdateChecker::checked);
+        nextLaunch.scheduledCheck();
+        QTRY_COMPARE(checkedAgain.count(), 1);
+        QCOMPARE(announcedAgain.count(), 0);
+
+        MenuBarController controller({service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s,
+                                      folder.filePath(u"settings.ini"_s)},
+                                     nextLaunch);
+        controller.checkForUpdates();
+        QTRY_COMPARE(checkedAgain.count(), 2);
+        controller.checkForUpdates();
+        QTRY_COMPARE(checkedAgain.count(), 3);
+        QMessageBox *dialog = nullptr;
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            if (auto *box = qobject_cast<QMessageBox *>(widget))
+                dialog = box;
+        QVERIFY(dialog);
+        QStringList buttons;
+        for (QAbstractButton *button : dialog->buttons())
+            buttons << button->text();
+        buttons.sort();
+        QCOMPARE(buttons, (QStringList{u"Later"_s, u"Open Download Page"_s}));
+        dialog->close();
     }
 
     // The user's autostart entry, alone or over one the system installs for everyone.
