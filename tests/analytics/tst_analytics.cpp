@@ -857,6 +857,8 @@ private slots:
             << QList<int>{95} << QVariant(u"many"_s) << QStringList{} << 0 << qint64(1) << 1;
         QTest::newRow("a session in the future stays")
             << QList<int>{-400} << QVariant() << QStringList{} << 1 << qint64(0) << 1;
+        QTest::newRow("two kept, the first one is the previous")
+            << QList<int>{3, 2} << QVariant() << QStringList{} << 2 << qint64(0) << 1;
     }
 
     void startUpPrunesAndCountsDays()
@@ -873,6 +875,9 @@ private slots:
             rig.store()->setValue(u"deletedSessionsCount"_s, deletedBefore);
         rig.store()->setValue(u"distinctDaysUsed"_s, daysBefore);
         QTEST(int(rig.start().recentSessions().size()), "kept");
+        QFETCH(int, kept);
+        QCOMPARE(rig.manager->previousSessionSeconds(),
+                 kept >= 2 ? std::optional(60) : std::optional<int>());
         QTEST(rig.stored(u"deletedSessionsCount"_s).toLongLong(), "deletedAfter");
         const QStringList days = rig.store()->value(u"distinctDaysUsed"_s).toStringList();
         QTEST(int(days.size()), "daysAfter");
@@ -1060,6 +1065,10 @@ private slots:
         emit m_portal.SettingChanged(u"org.gnome.desktop.interface"_s, u"enable-animations"_s,
                                      QDBusVariant(true));
         QTRY_VERIFY(!desktop.reduceMotion());
+        emit m_portal.SettingChanged(u"org.gnome.desktop.interface"_s, u"cursor-blink"_s,
+                                     QDBusVariant(false));
+        QTest::qWait(200);
+        QVERIFY(!desktop.reduceMotion()); // another switch of the same group
         QVERIFY(writeKwin("[Plugins]\ninvertEnabled=true\n"));
         QTRY_VERIFY(desktop.invertColors());
         QVERIFY(writeKwin("[Plugins]\ninvertEnabled=false\n"));
