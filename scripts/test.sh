@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds and runs the test suite.
-# Usage: scripts/test.sh [dev|asan|tsan]   (default dev; tsan: the analytics tests only)
+# Usage: scripts/test.sh [dev|asan|tsan|optimised]
+#   (default dev; tsan: the analytics tests only; optimised: RelWithDebInfo, as distributions build)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

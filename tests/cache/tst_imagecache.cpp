@@ -392,7 +392,5 @@ private slots:
     }
 };
 
-Q_DECLARE_METATYPE(FixtureResponse)
-
 QTEST_MAIN(ImageCacheTest)
 #include "tst_imagecache.moc"

@@ -209,7 +209,5 @@ private slots:
     }
 };
 
-Q_DECLARE_METATYPE(FixtureResponse)
-
 QTEST_GUILESS_MAIN(APIClientTest)
 #include "tst_apiclient.moc"

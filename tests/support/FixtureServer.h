@@ -4,6 +4,7 @@
 #include <QAbstractHttpServer>
 #include <QByteArray>
 #include <QHash>
+#include <QMetaType>
 #include <QStringList>
 
 // One scripted answer of the fixture server.
@@ -22,6 +23,8 @@ struct FixtureResponse {
     Delivery delivery = Delivery::Whole;
     QByteArray contentType = "application/json";
 };
+// Declared with the type, before any test table uses it.
+Q_DECLARE_METATYPE(FixtureResponse)
 
 // A real HTTP server on 127.0.0.1 that answers each path as scripted; anything else is a 404.
 // Responses are written byte by byte, so any status line (199, 299) and any breakage is possible.
