@@ -6,6 +6,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+Q_DECLARE_METATYPE(MatchEvents::Wanted)
+
 namespace {
 
 // Match 1 is Northport (home, 11, batting first) against Southshore (12); match 2 is Eastgate
@@ -190,8 +192,6 @@ private slots:
         QVERIFY(reread.alerts(Preferences::Alert::Results));
     }
 };
-
-Q_DECLARE_METATYPE(MatchEvents::Wanted)
 
 QTEST_GUILESS_MAIN(MatchEventsTest)
 #include "tst_matchevents.moc"
