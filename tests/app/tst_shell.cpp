@@ -54,7 +54,16 @@ public slots:
 class ShellTest : public QObject {
     Q_OBJECT
 
+    QTemporaryDir m_home;
+
 private slots:
+    // The controller's logo cache and update stamp go to folders of the test's own.
+    void initTestCase()
+    {
+        qputenv("XDG_CACHE_HOME", m_home.filePath(u"cache"_s).toUtf8());
+        qputenv("XDG_CONFIG_HOME", m_home.filePath(u"config"_s).toUtf8());
+    }
+
     void placement_data()
     {
         QTest::addColumn<QRect>("anchor");
