@@ -472,6 +472,11 @@ private slots:
         QTRY_COMPARE(stored(), session(69)); // a minute on, written while it runs
         rig.now = rig.now.addSecs(2);
         QTRY_COMPARE(rig.manager->recentSessions(), session(71));
+        // A new session starts from nothing: none of the last one's time goes with it.
+        rig.now = rig.now.addSecs(3);
+        rig.manager->startNewSession();
+        QTest::qWait(1200);
+        QCOMPARE(rig.manager->recentSessions(), session(71));
         QCOMPARE(StoredSession::decode(rig.stored(u"recentSessions"_s).toByteArray()), session(71));
         QCOMPARE(rig.announced.size(), 1);
     }
