@@ -722,11 +722,27 @@ private slots:
         QTRY_COMPARE(m_ingest->requestBodies().size(), 1);
         now = now.addSecs(5);
         manager->syncSoon();
-        now = now.addSecs(6); // 11 s after the first
+        now = now.addSecs(5); // exactly 10 s after the first
+        manager->syncSoon();
         QTest::qWait(200);
         QCOMPARE(m_ingest->requestBodies().size(), 1);
+        now = now.addMSecs(5);
         manager->syncSoon();
         QTRY_COMPARE(m_ingest->requestBodies().size(), 2);
+    }
+
+    // The default parameters are checked for reserved keys even with the warnings off.
+    void defaultParametersAreAlwaysChecked()
+    {
+        auto config = quietConfiguration();
+        config->reservedParameterWarningsEnabled.set(false);
+        config->defaultParameters.set([] { return QMap<QString, QString>{{u"locale"_s, u"x"_s}}; });
+        TelemetryDeck::initialize(config);
+        TelemetryDeck::signal(u"type"_s, {{u"appID"_s, u"v"_s}});
+        QTRY_VERIFY(!m_log.lines().filter(u"Process signal"_s).isEmpty());
+        QCOMPARE(m_log.errors(), QStringList{u"ERROR Sending parameter with reserved key 'locale' "
+                                             "will cause unexpected behavior. Please use another "
+                                             "key instead."_s});
     }
 
     void firstSessionStartsHalfASecondAfterInitialize()
