@@ -429,6 +429,7 @@ private slots:
         QSignalSpy checked(&updater, &UpdateChecker::checked);
         updater.check();
         QTRY_COMPARE(checked.count(), 1);
+        QCOMPARE(announced.count(), 0);
         updater.scheduledCheck();
         QTRY_COMPARE(checked.count(), 2);
         updater.scheduledCheck();
