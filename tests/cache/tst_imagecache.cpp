@@ -211,11 +211,13 @@ private slots:
     {
         QTest::addColumn<FixtureResponse>("response");
         QTest::addColumn<bool>("triedAgain");
-        QTest::newRow("503") << FixtureResponse{503, "busy"} << true;
+        QTest::newRow("500") << FixtureResponse{500, "broken"} << true;
+        QTest::newRow("408") << FixtureResponse{408, "too slow"} << true;
         QTest::newRow("429") << FixtureResponse{429, "slow down"} << true;
         QTest::newRow("dropped mid-body")
             << FixtureResponse{200, encoded("PNG"), {}, FixtureResponse::Delivery::DropMidBody}
             << true;
+        QTest::newRow("403") << FixtureResponse{403, "not for you"} << false;
         QTest::newRow("404") << FixtureResponse{404, "no such logo"} << false;
         QTest::newRow("not an image") << FixtureResponse{200, "<html>moved</html>"} << false;
     }
