@@ -56,6 +56,17 @@ class ShellTest : public QObject {
 
     QTemporaryDir m_home;
 
+    // Runs the event loop with the action queued: 0 when something quits it, 1 after 5 s.
+    static int exitCodeAfter(const std::function<void()> &action)
+    {
+        QTimer::singleShot(0, action);
+        QTimer guard;
+        guard.setSingleShot(true);
+        connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+        guard.start(5000);
+        return QCoreApplication::exec();
+    }
+
 private slots:
     // The controller's logo cache and update stamp go to folders of the test's own.
     void initTestCase()
@@ -381,14 +392,11 @@ private slots:
         QTRY_VERIFY(qobject_cast<QMenu *>(QApplication::activePopupWidget()));
         QVERIFY(!popover->isVisible());
 
-        QTimer::singleShot(0, [] {
-            QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Q, Qt::ControlModifier);
-        });
-        QTimer guard;
-        guard.setSingleShot(true);
-        connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(1); });
-        guard.start(5000);
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(exitCodeAfter([] {
+                     QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Q,
+                                     Qt::ControlModifier);
+                 }),
+                 0);
     }
 
     // A scheduled look comes a day after the last one, across launches.
@@ -535,12 +543,7 @@ private slots:
     {
         QFETCH(int, signal);
         SignalQuitter quitter;
-        QTimer::singleShot(0, [signal] { std::raise(signal); });
-        QTimer guard;
-        guard.setSingleShot(true);
-        connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(1); });
-        guard.start(5000);
-        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(exitCodeAfter([signal] { std::raise(signal); }), 0);
     }
 
     // The analytics client in the app's own folders, off only where the user said so.

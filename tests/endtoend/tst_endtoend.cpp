@@ -1,4 +1,3 @@
-#include "DBusWireTypes.h"
 #include "DesktopSession.h"
 #include "MatchEvents.h"
 #include "SettingsPortal.h"
@@ -282,20 +281,10 @@ private slots:
         m_panel.callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
 
-        const QString menuPath =
-            qvariant_cast<QDBusObjectPath>(m_panel.itemProperty(item, u"Menu"_s)).path();
-        QDBusMessage getLayout = QDBusMessage::createMethodCall(
-            item, menuPath, u"com.canonical.dbusmenu"_s, u"GetLayout"_s);
-        getLayout << 0 << -1 << QStringList();
-        const QDBusMessage reply = QDBusConnection::sessionBus().call(getLayout);
-        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
-        const auto layout = qdbus_cast<DBusMenuLayoutItem>(reply.arguments().at(1));
-        QCOMPARE(layout.children.first().properties.value(u"label"_s), QVariant(u"Show Scores"_s));
-        QDBusMessage showScores =
-            QDBusMessage::createMethodCall(item, menuPath, u"com.canonical.dbusmenu"_s, u"Event"_s);
-        showScores << layout.children.first().id << u"clicked"_s
-                   << QVariant::fromValue(QDBusVariant(QString())) << 0u;
-        QDBusConnection::sessionBus().call(showScores);
+        const auto entries = m_panel.menuEntries(item);
+        QVERIFY(!entries.isEmpty());
+        QCOMPARE(entries.first().second, u"Show Scores"_s);
+        m_panel.clickMenuEntry(item, entries.first().first);
         QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
         m_panel.callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
@@ -391,20 +380,10 @@ private slots:
         QString item;
         if (!QTest::qWaitFor([&] { return !(item = m_panel.registeredItem()).isEmpty(); }, 10000))
             return false;
-        const QString menuPath =
-            qvariant_cast<QDBusObjectPath>(m_panel.itemProperty(item, u"Menu"_s)).path();
-        QDBusMessage getLayout = QDBusMessage::createMethodCall(
-            item, menuPath, u"com.canonical.dbusmenu"_s, u"GetLayout"_s);
-        getLayout << 0 << -1 << QStringList();
-        const QDBusMessage reply = QDBusConnection::sessionBus().call(getLayout);
-        if (reply.type() != QDBusMessage::ReplyMessage)
+        const auto entries = m_panel.menuEntries(item);
+        if (entries.isEmpty() || entries.last().second != u"Quit Zel Menu Bar"_s)
             return false;
-        const auto layout = qdbus_cast<DBusMenuLayoutItem>(reply.arguments().at(1));
-        QDBusMessage quit =
-            QDBusMessage::createMethodCall(item, menuPath, u"com.canonical.dbusmenu"_s, u"Event"_s);
-        quit << layout.children.last().id << u"clicked"_s
-             << QVariant::fromValue(QDBusVariant(QString())) << 0u;
-        QDBusConnection::sessionBus().call(quit);
+        m_panel.clickMenuEntry(item, entries.last().first);
         return m_app.waitForFinished(10000) && m_app.exitCode() == 0;
     }
 

@@ -74,3 +74,32 @@ void StatusNotifierHost::callItem(const QString &item, const QString &method)
     call << 600 << 30;
     QDBusConnection::sessionBus().call(call);
 }
+
+namespace {
+QString menuPath(const QString &item)
+{
+    return qvariant_cast<QDBusObjectPath>(StatusNotifierHost::itemProperty(item, u"Menu"_s)).path();
+}
+} // namespace
+
+QList<std::pair<int, QString>> StatusNotifierHost::menuEntries(const QString &item)
+{
+    QDBusMessage getLayout = QDBusMessage::createMethodCall(
+        item, menuPath(item), u"com.canonical.dbusmenu"_s, u"GetLayout"_s);
+    getLayout << 0 << -1 << QStringList();
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(getLayout);
+    QList<std::pair<int, QString>> entries;
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        return entries;
+    for (const auto &child : qdbus_cast<DBusMenuLayoutItem>(reply.arguments().at(1)).children)
+        entries.append({child.id, child.properties.value(u"label"_s).toString()});
+    return entries;
+}
+
+void StatusNotifierHost::clickMenuEntry(const QString &item, int id)
+{
+    QDBusMessage click = QDBusMessage::createMethodCall(item, menuPath(item),
+                                                        u"com.canonical.dbusmenu"_s, u"Event"_s);
+    click << id << u"clicked"_s << QVariant::fromValue(QDBusVariant(QString())) << 0u;
+    QDBusConnection::sessionBus().call(click);
+}

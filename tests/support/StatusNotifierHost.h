@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QList>
 #include <QProcess>
 #include <QVariant>
+#include <utility>
 
 class DesktopSession;
 
@@ -19,6 +21,10 @@ public:
     static QString toolTipTitle(const QString &item);
     // A left click at (600, 30) for "Activate".
     static void callItem(const QString &item, const QString &method);
+    // The top entries of the item's exported menu, as a panel reads them: id and label.
+    static QList<std::pair<int, QString>> menuEntries(const QString &item);
+    // A click on the exported menu's entry of that id.
+    static void clickMenuEntry(const QString &item, int id);
 
 private:
     const DesktopSession &m_desktop;

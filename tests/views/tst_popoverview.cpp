@@ -90,21 +90,6 @@ class PopoverViewTest : public QObject {
         return found;
     }
 
-    // Whether some visible item under root shows exactly this text.
-    static bool visibleText(QQuickItem *root, const QString &text)
-    {
-        QList<QQuickItem *> pending{root};
-        while (!pending.isEmpty()) {
-            QQuickItem *item = pending.takeFirst();
-            if (!item->isVisible())
-                continue;
-            if (item->property("text").toString() == text)
-                return true;
-            pending.append(item->childItems());
-        }
-        return false;
-    }
-
     // The visible item under root that shows exactly this text, if any.
     static QQuickItem *textItem(QQuickItem *root, const QString &text)
     {
@@ -198,12 +183,12 @@ private slots:
         QVERIFY(settled());
         QTRY_COMPARE(rows("todayTab").size(), 3);
         QQuickItem *live = rows("todayTab")[0];
-        QTRY_VERIFY(visibleText(live, "\u2014"));
-        QVERIFY(visibleText(live, "BOWLING"));
-        QVERIFY(visibleText(live, "(6.2 Ov)"));
+        QTRY_VERIFY(textItem(live, "\u2014"));
+        QVERIFY(textItem(live, "BOWLING"));
+        QVERIFY(textItem(live, "(6.2 Ov)"));
         tapMainLine(rows("todayTab")[1]);
         QVERIFY(settled());
-        QTRY_VERIFY(visibleText(rows("todayTab")[1], "DNB"));
+        QTRY_VERIFY(textItem(rows("todayTab")[1], "DNB"));
         // The figures take their five columns' 130 px, gaps included.
         QCOMPARE(textItem(rows("todayTab")[1], u"DNB"_s)->width(), 130.0);
         QQuickItem *header = textItem(live, u"BATTING"_s)->parentItem();
@@ -214,7 +199,7 @@ private slots:
         QQuickItem *innings = live->findChild<QQuickItem *>("inningsBar");
         QVERIFY(innings);
         QMetaObject::invokeMethod(innings, "activated", Q_ARG(int, 1));
-        QTRY_VERIFY(visibleText(live, "Yet to bat"));
+        QTRY_VERIFY(textItem(live, "Yet to bat"));
         QCOMPARE(innings->property("currentIndex").toInt(), 1);
 
         m_popover->setActiveTab(Popover::Tab::Results);
@@ -222,14 +207,14 @@ private slots:
         QTRY_COMPARE(rows("resultsTab").size(), 1);
         tapMainLine(rows("resultsTab")[0]);
         QVERIFY(settled());
-        QTRY_VERIFY(visibleText(tab("resultsTab"), "Northport won the toss"));
-        QVERIFY(visibleText(tab("resultsTab"), "Harbour Oval, Northport"));
-        QVERIFY(visibleText(tab("resultsTab"), "Match 12"));
+        QTRY_VERIFY(textItem(tab("resultsTab"), "Northport won the toss"));
+        QVERIFY(textItem(tab("resultsTab"), "Harbour Oval, Northport"));
+        QVERIFY(textItem(tab("resultsTab"), "Match 12"));
 
         m_popover->setActiveTab(Popover::Tab::Fixtures);
         QVERIFY(settled());
-        QTRY_VERIFY(visibleText(tab("fixturesTab"), "Monday, 23 November"));
-        QVERIFY(visibleText(tab("fixturesTab"), "Tuesday, 24 November"));
+        QTRY_VERIFY(textItem(tab("fixturesTab"), "Monday, 23 November"));
+        QVERIFY(textItem(tab("fixturesTab"), "Tuesday, 24 November"));
     }
 
     void spaceOpensTheFocusedRow()
@@ -418,14 +403,14 @@ private slots:
         QQuickItem *page = tab("settingsPage");
         QTRY_VERIFY(page->isVisible() && child(page, "teamList"));
         QVERIFY(!tab("todayTab")->isVisible());
-        QVERIFY(visibleText(page, "NOTIFY ME ABOUT EVERY MATCH"));
+        QVERIFY(textItem(page, "NOTIFY ME ABOUT EVERY MATCH"));
 
         QQuickItem *teams = child(page, "teamList");
         teams->forceActiveFocus();
         QTest::keyClick(m_view.get(), Qt::Key_Down);
         QTest::keyClick(m_view.get(), Qt::Key_Space);
         QCOMPARE(m_preferences->favouriteTeamID(), u"1"_s);
-        QVERIFY(visibleText(page, "NOTIFY ME ABOUT MY TEAM'S MATCHES"));
+        QVERIFY(textItem(page, "NOTIFY ME ABOUT MY TEAM'S MATCHES"));
         QMetaObject::invokeMethod(child(page, "notifyWickets"), "toggled");
         QVERIFY(m_preferences->alerts(Preferences::Alert::Wickets));
         QVERIFY(!m_preferences->alerts(Preferences::Alert::Starts));
