@@ -110,16 +110,21 @@ private:
         qsizetype unreadable = 0;
         qsizetype overSize = 0;
         qint64 kept = 0;
+        // Only a file past the cap can hold more than fits: the others are not measured.
+        const bool mayOverflow = data.size() > maximumFileSize;
         for (qsizetype i = values.size() - 1; i >= 0; --i) {
             auto record = Record::fromCacheJson(values[i]);
             if (!record) {
                 ++unreadable;
                 continue;
             }
-            kept += QJsonDocument(values[i].toObject()).toJson(QJsonDocument::Compact).size() + 1;
-            if (kept > maximumFileSize) {
-                overSize = i + 1;
-                break;
+            if (mayOverflow) {
+                kept +=
+                    QJsonDocument(values[i].toObject()).toJson(QJsonDocument::Compact).size() + 1;
+                if (kept > maximumFileSize) {
+                    overSize = i + 1;
+                    break;
+                }
             }
             records.prepend(std::move(*record));
         }
