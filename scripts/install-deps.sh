@@ -16,6 +16,8 @@ packages=(
     # The popover: Qt Quick and the QML modules it imports (they do not depend on each other).
     qt6-declarative-dev qml6-module-qtquick qml6-module-qtquick-layouts
     qml6-module-qtquick-window qml6-module-qtqml-workerscript qml6-module-qttest
+    # qmllint, and the QtQml types (Timer, easing curves) it checks the QML against.
+    qt6-declarative-dev-tools qml6-module-qtqml
     # Text for the league simulator's badges, and the colour emoji of titles and rows.
     fonts-dejavu-core fonts-noto-color-emoji
     # The tray shell on X11 (the xcb platform plugin is only a recommendation of Qt's GUI).

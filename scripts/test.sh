@@ -9,4 +9,6 @@ preset=${1:-dev}
 scripts/install-deps.sh
 cmake --preset "$preset"
 cmake --build --preset "$preset"
+# The QML is held to the compiler's standard: any qmllint warning fails the run.
+cmake --build --preset "$preset" --target all_qmllint
 ctest --preset "$preset"

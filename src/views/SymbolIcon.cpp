@@ -31,6 +31,8 @@ void SymbolIcon::setColor(const QColor &color)
 
 void SymbolIcon::paint(QPainter *painter)
 {
+    if (m_name.isEmpty())
+        return;
     QSvgRenderer svg(QStringLiteral(":/qt/qml/ZelMenuBar/icons/%1.svg").arg(m_name));
     if (!svg.isValid())
         return;

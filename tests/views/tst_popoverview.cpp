@@ -421,8 +421,8 @@ private slots:
         QTRY_COMPARE(rows("todayTab")[1]->property("homeFavourite").toBool(), true);
         QCOMPARE(rows("todayTab")[1]->property("awayFavourite").toBool(), false);
         QMetaObject::invokeMethod(tab("settingsButton"), "clicked");
-        QVERIFY(m_popover->settingsOpen());
-        QMetaObject::invokeMethod(tab("settingsButton"), "clicked");
+        QTRY_VERIFY(child(tab("settingsPage"), "teamList"));
+        QTest::keyClick(m_view.get(), Qt::Key_Escape);
         QVERIFY(!m_popover->settingsOpen());
     }
 };

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import ZelMenuBar
 
@@ -10,7 +12,7 @@ Column {
 
     Spinner {
         anchors.horizontalCenter: parent.horizontalCenter
-        visible: spinner
+        visible: message.spinner
     }
     Text {
         id: label

@@ -1,3 +1,4 @@
+import QtQml
 import QtQuick
 
 // Shows its content with a 0.15 s ease-in-out slide and fade.

@@ -27,7 +27,6 @@ Rectangle {
     Keys.onEnterPressed: button.clicked()
 
     Text {
-
         textFormat: Text.PlainText
         id: label
         anchors.centerIn: parent
@@ -36,15 +35,13 @@ Rectangle {
         font.pixelSize: 13
         color: Theme.text
     }
-    Loader {
+    SymbolIcon {
         anchors.centerIn: parent
-        active: button.symbol !== ""
-        sourceComponent: SymbolIcon {
-            width: 13
-            height: 13
-            name: button.symbol
-            color: Theme.text
-        }
+        visible: button.symbol !== ""
+        width: 13
+        height: 13
+        name: button.symbol
+        color: Theme.text
     }
     MouseArea {
         id: mouse

@@ -40,9 +40,8 @@ Column {
     Loader {
         width: parent.width
         active: holder.card.state === Popover.Card.Ready
-        sourceComponent: ScorecardView {
-            card: holder.card
-            onInningsChosen: innings => holder.inningsChosen(innings)
-        }
+        // Given by URL with its properties, so that the card is built only once it is ready.
+        Component.onCompleted: setSource("ScorecardView.qml", {card: holder.card})
+        onLoaded: (item as ScorecardView).inningsChosen.connect(holder.inningsChosen)
     }
 }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // A segmented switch drawn from the desktop palette, light or dark: the selected segment is

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import ZelMenuBar
@@ -72,6 +74,10 @@ Item {
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: name
                 Accessible.checked: chosen
+                // The list hands its focus to the current row, so the row takes the keys.
+                Keys.onSpacePressed: page.settings.chooseTeam(teamID)
+                Keys.onReturnPressed: page.settings.chooseTeam(teamID)
+                Keys.onEnterPressed: page.settings.chooseTeam(teamID)
                 RowLayout {
                     anchors.fill: parent
                     anchors.leftMargin: 6
@@ -108,9 +114,6 @@ Item {
                     }
                 }
             }
-            Keys.onSpacePressed: page.settings.chooseTeam(currentItem.teamID)
-            Keys.onReturnPressed: page.settings.chooseTeam(currentItem.teamID)
-            Keys.onEnterPressed: page.settings.chooseTeam(currentItem.teamID)
         }
 
         Text {

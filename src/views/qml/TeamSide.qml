@@ -3,6 +3,7 @@ import ZelMenuBar
 
 // A badge and a team's short code; the badge goes on the outer side.
 Row {
+    id: side
     property url logo
     property string code
     property bool trailing: false
@@ -19,10 +20,10 @@ Row {
         url: parent.logo
         placeholderColor: Theme.placeholder
         FavouriteMark {
-            visible: parent.parent.favourite
+            visible: side.favourite
             anchors.top: parent.top
             anchors.topMargin: -4
-            x: parent.parent.trailing ? parent.width - width + 3 : -3
+            x: side.trailing ? parent.width - width + 3 : -3
         }
     }
     Text {

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import ZelMenuBar
@@ -91,13 +93,14 @@ Rectangle {
             Layout.fillHeight: true
             visible: active
             active: root.controller.settingsOpen
-            sourceComponent: SettingsPage {
-                settings: root.controller.settings
-                focus: true
-                onBackRequested: root.controller.settingsOpen = false
-                Component.onCompleted: forceActiveFocus()
-                Component.onDestruction: root.forceActiveFocus()
+            // Given by URL with its properties, so that the page is built only when opened.
+            Component.onCompleted: setSource("SettingsPage.qml", {settings: root.controller.settings})
+            onLoaded: {
+                const page = item as SettingsPage
+                page.backRequested.connect(() => root.controller.settingsOpen = false)
+                page.forceActiveFocus()
             }
+            onActiveChanged: if (!active) root.forceActiveFocus()
         }
 
         SegmentedBar {
