@@ -11,8 +11,6 @@ packages=(
     # Team logos come as PNG, JPEG, SVG or WebP.
     qt6-svg-dev qt6-image-formats-plugins
     libsimdjson-dev libbenchmark-dev
-    # The week of the year by the user's locale, from ICU's Gregorian calendar.
-    libicu-dev
     # The popover: Qt Quick and the QML modules it imports (they do not depend on each other).
     qt6-declarative-dev qml6-module-qtquick qml6-module-qtquick-layouts
     qml6-module-qtquick-window qml6-module-qtqml-workerscript qml6-module-qttest
@@ -28,6 +26,8 @@ packages=(
     # The popover under a Wayland compositor, through Xwayland.
     weston xwayland
     appstream desktop-file-utils
+    # The measuring scripts' panel registers its StatusNotifierHost from Python.
+    python3-gi gir1.2-glib-2.0
     # cpack's .deb
     dpkg-dev
 )

@@ -13,4 +13,29 @@ start_desktop() {
         XDG_CONFIG_HOME=$work/config
     status-notifier-watcher &
     pids+=($!)
+    # The panel's side: a host registered with the watcher, without which Qt's own tray icon
+    # (the memory floor's) takes the desktop for one with no tray.
+    /usr/bin/python3 -c '
+from gi.repository import Gio, GLib
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+name = "org.kde.StatusNotifierHost-measure"
+Gio.bus_own_name_on_connection(bus, name, Gio.BusNameOwnerFlags.NONE, None, None)
+for _ in range(50):
+    try:
+        bus.call_sync("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                      "org.kde.StatusNotifierWatcher", "RegisterStatusNotifierHost",
+                      GLib.Variant("(s)", (name,)), None, Gio.DBusCallFlags.NONE, 1000, None)
+        break
+    except GLib.Error:
+        GLib.usleep(100000)
+GLib.MainLoop().run()
+' &
+    pids+=($!)
+    for _ in $(seq 50); do
+        dbus-send --session --print-reply --dest=org.kde.StatusNotifierWatcher \
+            /StatusNotifierWatcher org.freedesktop.DBus.Properties.Get \
+            string:org.kde.StatusNotifierWatcher string:IsStatusNotifierHostRegistered 2>/dev/null \
+            | grep -q "boolean true" && break
+        sleep 0.1
+    done
 }

@@ -8,11 +8,10 @@
 #include <QGuiApplication>
 #include <QLocale>
 #include <QPalette>
-#include <QRegularExpression>
 #include <QScreen>
+#include <QSet>
 #include <QSysInfo>
 #include <sys/utsname.h>
-#include <unicode/ucal.h>
 
 namespace {
 
@@ -23,42 +22,78 @@ const QString platform = QStringLiteral("Linux");
 const QStringList &kernelNumbers()
 {
     static const QStringList parts = [] {
-        static const QRegularExpression numbers(
-            QStringLiteral("^(\\d+)(?:\\.(\\d+))?(?:\\.(\\d+))?"));
-        const auto match = numbers.match(QSysInfo::kernelVersion());
+        const QString version = QSysInfo::kernelVersion();
         QStringList found;
-        for (int i = 1; i <= 3; ++i)
-            found.append(match.captured(i).isEmpty() ? QStringLiteral("0") : match.captured(i));
+        qsizetype at = 0;
+        while (found.size() < 3 && at < version.size() && version.at(at).isDigit()) {
+            const qsizetype start = at;
+            while (at < version.size() && version.at(at).isDigit())
+                ++at;
+            found.append(version.mid(start, at - start));
+            if (at >= version.size() || version.at(at) != u'.')
+                break;
+            ++at;
+        }
+        while (found.size() < 3)
+            found.append(QStringLiteral("0"));
         return found;
     }();
     return parts;
 }
 
-QString firstPiece(const QString &identifier)
+QStringList pieces(const QString &identifier)
 {
-    static const QRegularExpression separators(QStringLiteral("[-_]"));
-    return identifier.split(separators).first();
+    return QString(identifier).replace(u'_', u'-').split(u'-');
 }
 
-// The Gregorian week under the locale's own rule: ICU knows both the first day of the week and
-// the days the first week needs, where Qt knows only the first. -1 when ICU cannot tell.
+QString firstPiece(const QString &identifier)
+{
+    return pieces(identifier).first();
+}
+
+// Territories whose first week of the year needs four of its days in that year (the ISO rule);
+// everywhere else one day is enough. From the Unicode CLDR's week data.
+bool firstWeekNeedsFourDays(QLocale::Territory territory)
+{
+    static const QSet<QString> codes{
+        QStringLiteral("AD"), QStringLiteral("AN"), QStringLiteral("AT"), QStringLiteral("AX"),
+        QStringLiteral("BE"), QStringLiteral("BG"), QStringLiteral("CH"), QStringLiteral("CZ"),
+        QStringLiteral("DE"), QStringLiteral("DK"), QStringLiteral("EE"), QStringLiteral("ES"),
+        QStringLiteral("FI"), QStringLiteral("FJ"), QStringLiteral("FO"), QStringLiteral("FR"),
+        QStringLiteral("GB"), QStringLiteral("GF"), QStringLiteral("GG"), QStringLiteral("GI"),
+        QStringLiteral("GP"), QStringLiteral("GR"), QStringLiteral("HU"), QStringLiteral("IE"),
+        QStringLiteral("IM"), QStringLiteral("IS"), QStringLiteral("IT"), QStringLiteral("JE"),
+        QStringLiteral("LI"), QStringLiteral("LT"), QStringLiteral("LU"), QStringLiteral("MC"),
+        QStringLiteral("MQ"), QStringLiteral("NL"), QStringLiteral("NO"), QStringLiteral("PL"),
+        QStringLiteral("PT"), QStringLiteral("RE"), QStringLiteral("RU"), QStringLiteral("SE"),
+        QStringLiteral("SJ"), QStringLiteral("SK"), QStringLiteral("SM"), QStringLiteral("VA")};
+    return codes.contains(QLocale::territoryToCode(territory));
+}
+
+// The Gregorian week of the year under the locale's rule: its first day of the week, and how
+// many days of the first week must fall in the new year. The last days of December can be in
+// week 1, the first days of January in the last week of the year before.
 int weekOfYear(QDate date, const QLocale &locale)
 {
-    UErrorCode status = U_ZERO_ERROR;
-    const QByteArray name = locale.name().toLatin1();
-    UCalendar *calendar = ucal_open(u"UTC", -1, name.constData(), UCAL_GREGORIAN, &status);
-    if (U_FAILURE(status))
-        return -1;
-    ucal_setDate(calendar, date.year(), date.month() - 1, date.day(), &status);
-    const int week = ucal_get(calendar, UCAL_WEEK_OF_YEAR, &status);
-    ucal_close(calendar);
-    return U_SUCCESS(status) ? week : -1;
+    const int firstDay = locale.firstDayOfWeek();
+    const int minimalDays = firstWeekNeedsFourDays(locale.territory()) ? 4 : 1;
+    const auto firstWeekStart = [&](int year) {
+        const QDate newYear(year, 1, 1);
+        const int intoWeek = (newYear.dayOfWeek() - firstDay + 7) % 7;
+        const QDate weekStart = newYear.addDays(-intoWeek);
+        return 7 - intoWeek >= minimalDays ? weekStart : weekStart.addDays(7);
+    };
+    if (date >= firstWeekStart(date.year() + 1))
+        return 1;
+    QDate start = firstWeekStart(date.year());
+    if (date < start)
+        start = firstWeekStart(date.year() - 1);
+    return int(start.daysTo(date) / 7) + 1;
 }
 
 QString lastPiece(const QString &identifier)
 {
-    static const QRegularExpression separators(QStringLiteral("[-_]"));
-    return identifier.split(separators).last();
+    return pieces(identifier).last();
 }
 
 } // namespace

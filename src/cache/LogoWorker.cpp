@@ -53,15 +53,17 @@ bool LogoWorker::isStorableKey(const QString &key)
 
 std::optional<QImage> LogoWorker::decode(const QByteArray &bytes)
 {
+    const QByteArray format = formatOf(bytes);
+    if (format.isEmpty())
+        return std::nullopt;
+    if (format == "svg" && (bytes.size() > maximumSvgBytes || !SvgBudget::allows(bytes)))
+        return std::nullopt;
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    // Compressed SVG cannot be looked at before it is drawn, so it is not drawn at all.
-    if (const QByteArray format = reader.format(); format.startsWith("svg")) {
-        if (format != "svg" || bytes.size() > maximumSvgBytes || !SvgBudget::allows(bytes))
-            return std::nullopt;
-    }
+    // Named, so that Qt loads that one image plugin and not every one it has to ask each.
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(false);
     // The header's size decides, so that a small file claiming a huge image is never inflated.
     const QSize size = reader.size();
     if (!size.isValid() || size.width() > maximumSide || size.height() > maximumSide)
@@ -72,6 +74,23 @@ std::optional<QImage> LogoWorker::decode(const QByteArray &bytes)
     if (image.isNull())
         return std::nullopt;
     return image;
+}
+
+QByteArray LogoWorker::formatOf(const QByteArray &bytes)
+{
+    if (bytes.startsWith("\x89PNG\r\n\x1a\n"))
+        return "png";
+    if (bytes.startsWith("\xff\xd8\xff"))
+        return "jpeg";
+    if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
+        return "webp";
+    if (bytes.startsWith("GIF87a") || bytes.startsWith("GIF89a"))
+        return "gif";
+    // Compressed SVG cannot be looked at before it is drawn, so it is not taken at all.
+    const QByteArray head = bytes.left(4096).trimmed();
+    if (head.startsWith('<') && head.contains("<svg"))
+        return "svg";
+    return {};
 }
 
 void LogoWorker::run(Job job)

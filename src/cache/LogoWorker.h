@@ -45,6 +45,8 @@ public:
     void submit(Job job);
     // True when the key can safely name a file inside the cache folder.
     static bool isStorableKey(const QString &key);
+    // "png", "jpeg", "webp", "gif" or "svg" by the body's first bytes; empty for anything else.
+    static QByteArray formatOf(const QByteArray &bytes);
     // The image scaled down to fit a badge, or nothing for what is not a cheap, sane image.
     static std::optional<QImage> decode(const QByteArray &bytes);
 

@@ -2,7 +2,29 @@
 
 #include "SpacesAndTabs.h"
 
-#include <QRegularExpression>
+namespace {
+
+// A name without its marks: "Arjun Mehta (c)" is "Arjun Mehta".
+QString withoutMarks(QString name)
+{
+    for (qsizetype open = name.indexOf(u'('); open >= 0; open = name.indexOf(u'(', open)) {
+        const qsizetype close = name.indexOf(u')', open + 1);
+        if (close < 0)
+            break;
+        if (close == open + 1) { // "()" holds no mark
+            open = close;
+            continue;
+        }
+        qsizetype from = open;
+        while (from > 0 && name.at(from - 1).isSpace())
+            --from;
+        name.remove(from, close + 1 - from);
+        open = from;
+    }
+    return name;
+}
+
+} // namespace
 
 int ScorecardPresenter::initialInnings(const ZelMatch &match)
 {
@@ -66,8 +88,7 @@ ScorecardPresenter::BatsmanState ScorecardPresenter::batsmanState(const ZelMatch
     const bool inningsInProgress =
         match.isLive() && match.currentInnings == QString::number(inningsNo);
     if (inningsInProgress) {
-        static const QRegularExpression marks(QStringLiteral("\\s*\\([^)]+\\)"));
-        const QString key = trimSpacesAndTabs(QString(entry.name).remove(marks));
+        const QString key = trimSpacesAndTabs(withoutMarks(entry.name));
         const QString striker = trimSpacesAndTabs(match.currentStrikerName);
         const QString nonStriker = trimSpacesAndTabs(match.currentNonStrikerName);
         if (!striker.isEmpty() && striker == key)

@@ -121,6 +121,10 @@ private slots:
     {
         QTest::addColumn<QByteArray>("body");
         QTest::newRow("PNG") << encoded("PNG");
+        QTest::newRow("JPEG") << encoded("JPEG");
+        QTest::newRow("WebP") << encoded("WEBP");
+        QTest::newRow("GIF") << QByteArray::fromBase64(
+            "R0lGODlhAQABAIAAAAAAAP///yH5BAEAAAAALAAAAAABAAEAAAIBRAA7");
         QTest::newRow("SVG") << svg;
     }
 
@@ -179,6 +183,7 @@ private slots:
         QTest::addColumn<FixtureResponse>("response");
         QTest::newRow("HTML page") << FixtureResponse{200, "<html>moved</html>"};
         QTest::newRow("empty body") << FixtureResponse{200, {}};
+        QTest::newRow("BMP, a format no logo comes in") << FixtureResponse{200, encoded("BMP")};
         QTest::newRow("truncated PNG") << FixtureResponse{200, encoded("PNG").left(40)};
         QTest::newRow("20000 x 20000 PNG") << FixtureResponse{200, pngClaiming(20000, 20000)};
         QTest::newRow("endless body")
