@@ -141,6 +141,7 @@ private slots:
         QTest::addColumn<QString>("summary");
         QTest::addColumn<int>("wickets");
         QTest::newRow("usual") << u"45/3 (6.3 Ov)"_s << 3;
+        QTest::newRow("none down") << u"12/0 (2 Ov)"_s << 0;
         QTest::newRow("no overs") << u"185/10"_s << 10;
         QTest::newRow("all out, no slash") << u"150 (19 Ov)"_s << -1;
         QTest::newRow("eleven") << u"150/11 (19 Ov)"_s << -1;

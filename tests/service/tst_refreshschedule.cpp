@@ -30,7 +30,8 @@ private slots:
         QTest::newRow("blank notice") << QList<ZelMatch>{match("upcoming", in(300), " \t")} << 600LL;
         QTest::newRow("nearest start wins") << QList<ZelMatch>{match("upcoming", in(38)), match("upcoming", in(33))} << 180LL;
         QTest::newRow("no start") << QList<ZelMatch>{match("upcoming", std::nullopt)} << 600LL;
-        QTest::newRow("finished soon after") << QList<ZelMatch>{match("finished", in(10))} << 600LL;
+        QTest::newRow("a finished match's start is no lead") << QList<ZelMatch>{match("finished", in(35))} << 600LL;
+        QTest::newRow("matches past the finished one still count") << QList<ZelMatch>{match("finished", in(35)), match("upcoming", in(38))} << 480LL;
         QTest::newRow("tomorrow's match still counts") << QList<ZelMatch>{match("upcoming", in(660))} << 600LL;
         // clang-format on
     }
