@@ -44,14 +44,31 @@ bool isTransportError(const QNetworkReply &reply, const QVariant &status)
     return !status.isValid() || error < QNetworkReply::ProxyConnectionRefusedError;
 }
 
+std::shared_ptr<QNetworkAccessManager> networkOfThisThread()
+{
+    thread_local std::weak_ptr<QNetworkAccessManager> shared;
+    std::shared_ptr<QNetworkAccessManager> network = shared.lock();
+    if (!network) {
+        network = std::make_shared<QNetworkAccessManager>();
+        shared = network;
+    }
+    return network;
+}
+
 } // namespace
 
 APIClient::APIClient(QString baseURL, std::chrono::milliseconds timeout, QObject *parent)
     : QObject(parent)
     , m_baseURL(std::move(baseURL))
     , m_timeout(timeout)
-    , m_network(new QNetworkAccessManager(this))
+    , m_network(networkOfThisThread())
 {
+}
+
+APIClient::~APIClient()
+{
+    // Aborted while the manager they came from is sure to be there.
+    qDeleteAll(findChildren<QNetworkReply *>(Qt::FindDirectChildrenOnly));
 }
 
 void APIClient::fetchTodayMatches(MatchesCompletion completion)
@@ -101,9 +118,11 @@ void APIClient::get(const QString &url, qint64 maximumBytes, Completion<QByteArr
 
     QNetworkRequest request(parsed);
     request.setTransferTimeout(static_cast<int>(m_timeout.count()));
-    // The reply belongs to this client's manager: once the client is gone, so is the callback.
+    // The reply belongs to this client: once the client is gone, so is the callback.
+    QNetworkReply *pending = m_network->get(request);
+    pending->setParent(this);
     BoundedDownload::start(
-        m_network->get(request), {maximumBytes, 2 * m_timeout},
+        pending, {maximumBytes, 2 * m_timeout},
         [completion = std::move(completion)](QNetworkReply &reply, BoundedDownload::Outcome outcome,
                                              QByteArray body) {
             switch (outcome) {

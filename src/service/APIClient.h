@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <QFutureWatcher>
 #include <QObject>
 #include <QtConcurrentRun>
@@ -44,6 +45,7 @@ public:
 
     explicit APIClient(QString baseURL, std::chrono::milliseconds timeout = defaultTimeout,
                        QObject *parent = nullptr);
+    ~APIClient() override;
 
     void fetchTodayMatches(MatchesCompletion completion);
     void fetchUpcomingMatches(MatchesCompletion completion);
@@ -83,5 +85,6 @@ private:
 
     QString m_baseURL;
     std::chrono::milliseconds m_timeout; // of inactivity; the whole answer may take twice that
-    QNetworkAccessManager *m_network;
+    // Shared by every client on this thread: each manager runs an HTTP thread of its own.
+    std::shared_ptr<QNetworkAccessManager> m_network;
 };

@@ -199,6 +199,7 @@ private slots:
     {
         FixtureServer server;
         server.script("/api/matches/today", {200, twoMatches, 200ms});
+        const APIClient neighbour(server.baseURL()); // keeps the thread's network manager
         auto client = std::make_unique<APIClient>(server.baseURL());
         int calls = 0;
         client->fetchTodayMatches([&](Result<QList<ZelMatch>>) { ++calls; });
