@@ -5,7 +5,7 @@
 # prints both figures, their ratio, threads, the app's click-to-first-frame and its idle CPU.
 #
 # Usage: scripts/measure-memory.sh [SCENARIO] [IDLE_SECONDS]
-#   (default no-match-today, a quiet league day, and 30 s; "default" is a full league day)
+#   (default no-match-today, a quiet league day, and 30 s; "season" is a full league day)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scenario=${1:-no-match-today}
