@@ -214,7 +214,7 @@ private slots:
         m_popover->setActiveTab(Popover::Tab::Fixtures);
         QVERIFY(settled());
         QTRY_VERIFY(textItem(tab("fixturesTab"), "Monday, 23 November"));
-        QVERIFY(textItem(tab("fixturesTab"), "Tuesday, 24 November"));
+        QTRY_VERIFY(textItem(tab("fixturesTab"), "Tuesday, 24 November"));
     }
 
     void spaceOpensTheFocusedRow()
@@ -287,6 +287,14 @@ private slots:
         QVERIFY2(opened->property("expanded").toBool(), "the opened row stays open");
         QCOMPARE(opened->property("comments").toString(), u"won"_s);
         QCOMPARE(onScreen(), shownAt);
+
+        // A tab out of sight gives its rows up, and shows them where they were when it is back.
+        const qreal scrolled = list->property("contentY").toReal();
+        m_popover->setActiveTab(Popover::Tab::Results);
+        QTRY_VERIFY(rows("todayTab").isEmpty());
+        m_popover->setActiveTab(Popover::Tab::Today);
+        QTRY_VERIFY(!rows("todayTab").isEmpty());
+        QCOMPARE(list->property("contentY").toReal(), scrolled);
     }
 
     // A row's state lives as long as its match is listed, though its delegate goes when it is

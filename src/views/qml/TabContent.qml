@@ -37,8 +37,12 @@ Item {
 
     ListView {
         id: list
+        // A tab out of sight holds no rows: they are made again, where they were, when it shows.
+        property real keptY: 0
         anchors.fill: parent
-        model: content.tab.model
+        model: content.visible ? content.tab.model : null
+        onModelChanged: if (model) contentY = keptY
+        onContentYChanged: if (content.visible) keptY = contentY
         visible: content.shown === Popover.Content.List
         clip: true
         boundsBehavior: Flickable.StopAtBounds
