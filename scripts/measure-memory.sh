@@ -1,20 +1,26 @@
 #!/usr/bin/env bash
 # The app's resident memory beside the floor's (bench/floor: a bare Qt Quick tray app), both
 # Release builds, run side by side under Xvfb, a private session bus and a StatusNotifierWatcher.
-# Each has its window opened and closed twice through the status item, then idles; the script
-# prints both figures, their ratio, threads, the app's click-to-first-frame and its idle CPU.
+# Each has its window opened and closed twice through the status item, then idles; a round
+# gives both resident sizes, their threads, the app's click-to-first-frame and its idle CPU.
+# Resident sizes move by a megabyte or two between rounds (what has loaded by then), so the
+# script runs several and prints each round and the medians.
 #
-# Usage: scripts/measure-memory.sh [SCENARIO] [IDLE_SECONDS]
-#   (default no-match-today, a quiet league day, and 30 s; "season" is a full league day)
+# Usage: scripts/measure-memory.sh [SCENARIO] [IDLE_SECONDS] [ROUNDS]
+#   (default no-match-today, a quiet league day; 30 s; 3 rounds. "season" is a full league day)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scenario=${1:-no-match-today}
 idle=${2:-30}
+rounds=${3:-3}
 
 scripts/install-deps.sh
 cmake --preset measure >/dev/null
 cmake --build --preset measure --target zel-menubar zel-league-sim tray_floor >/dev/null
 
+results=$(mktemp)
+trap 'rm -f "$results"' EXIT
+for round in $(seq "$rounds"); do
 dbus-run-session -- bash -c '
     set -euo pipefail
     build=build/measure
@@ -22,7 +28,8 @@ dbus-run-session -- bash -c '
     idle=$2
     source scripts/lib/desktop.sh
     start_desktop
-    $build/tools/league-sim/zel-league-sim --scenario "$scenario" >/dev/null & pids+=($!)
+    # Its own port, so that a demo or a soak run beside it is not what the app reads.
+    $build/tools/league-sim/zel-league-sim --port 8766 --scenario "$scenario" >/dev/null & pids+=($!)
     sleep 1
 
     QT_LOGGING_RULES="zel.timing.debug=true" $build/src/app/zel-menubar 2>"$work/app.log" &
@@ -73,16 +80,24 @@ dbus-run-session -- bash -c '
 
     rss() { awk "/VmRSS/ {print \$2}" /proc/$1/status; }
     threads() { awk "/Threads/ {print \$2}" /proc/$1/status; }
-    app_rss=$(rss $app)
-    floor_rss=$(rss $floor)
-    printf "%-6s resident %6.1f MB, %2d threads\n" app "$(echo "$app_rss / 1024" | bc -l)" "$(threads $app)"
-    printf "%-6s resident %6.1f MB, %2d threads\n" floor "$(echo "$floor_rss / 1024" | bc -l)" "$(threads $floor)"
-    printf "ratio  %.3f\n" "$(echo "$app_rss / $floor_rss" | bc -l)"
-    grep -o "frame [0-9.]* ms" "$work/app.log" | awk "{print \$2}" | sort -n \
-        | awk "{v[NR]=\$1} END {printf \"app click to first frame: median %.2f ms over %d openings\n\", v[int((NR+1)/2)], NR}"
-    echo "app CPU over $idle idle seconds: $(echo "($after - $before) / $ticks" | bc -l | xargs printf "%.2f") s"
+    frame=$(grep -o "frame [0-9.]* ms" "$work/app.log" | awk "{print \$2}" | sort -n \
+        | awk "{v[NR]=\$1} END {print (NR ? v[int((NR+1)/2)] : 0)}")
+    # app KiB, floor KiB, app threads, floor threads, click-to-frame ms, idle CPU s
+    echo "round $(rss $app) $(rss $floor) $(threads $app) $(threads $floor) $frame" \
+        "$(echo "($after - $before) / $ticks" | bc -l)"
     if [[ -n ${ZEL_SMAPS:-} ]]; then
         cp /proc/$app/smaps "$ZEL_SMAPS.app"
         cp /proc/$floor/smaps "$ZEL_SMAPS.floor"
     fi
-' measure "$scenario" "$idle"
+' measure "$scenario" "$idle" >>"$results"
+grep "^round " "$results" | tail -n1 | awk -v r="$round" \
+    '{printf "round %d: app %.1f MB (%d threads), floor %.1f MB (%d threads), ratio %.3f\n", r, $2 / 1024, $4, $3 / 1024, $5, $2 / $3}'
+done
+median() { sort -n | awk '{v[NR] = $1} END {print v[int((NR + 1) / 2)]}'; }
+rows() { grep "^round " "$results" | awk "{print $1}"; }
+app=$(rows '$2' | median)
+floor=$(rows '$3' | median)
+printf "median: app %.1f MB, floor %.1f MB, ratio %.3f\n" "$(echo "$app / 1024" | bc -l)" \
+    "$(echo "$floor / 1024" | bc -l)" "$(rows '$2 / $3' | median)"
+printf "app click to first frame: median %.2f ms; CPU over %s idle seconds: median %.2f s\n" \
+    "$(rows '$6' | median)" "$idle" "$(rows '$7' | median)"
