@@ -76,12 +76,10 @@ QList<TodayPresenter::MatchGroup> TodayPresenter::grouped(const QList<ZelMatch> 
 
     QList<MatchGroup> groups;
     for (auto day = days.begin(); day != days.end(); ++day) {
-        // Without a start: the distant future when ascending, the distant past otherwise.
+        // A day's matches all have a start, or (the undated group) none: those keep their order.
         std::stable_sort(day->begin(), day->end(), [ascending](const Dated &a, const Dated &b) {
-            if (!a.start)
+            if (!a.start || !b.start)
                 return false;
-            if (!b.start)
-                return true;
             return ascending ? *a.start < *b.start : *a.start > *b.start;
         });
         MatchGroup group{day.key(), {}};

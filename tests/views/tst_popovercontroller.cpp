@@ -264,6 +264,14 @@ private slots:
         QCOMPARE(changed.count(), 1);
         QCOMPARE(shown(), QLocale::system().toString(QTime(4, 30), u"h:mm AP"_s));
         qputenv("TZ", zone);
+        QCOMPARE(changed.first().at(1).toModelIndex().row(), rows->rowCount() - 1);
+        // A new favourite is told to the views of every row, down to the last.
+        MatchListModel *today = m_popover->todayModel();
+        QSignalSpy marked(today, &QAbstractItemModel::dataChanged);
+        today->setFavouriteTeam(u"1"_s);
+        QCOMPARE(marked.count(), 1);
+        QVERIFY(today->rowCount() > 1);
+        QCOMPARE(marked.first().at(1).toModelIndex().row(), today->rowCount() - 1);
     }
 
     // Results read back from the latest day, fixtures forward from the next; only a live row
