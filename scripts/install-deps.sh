@@ -28,6 +28,8 @@ packages=(
     appstream desktop-file-utils
     # The measuring scripts' panel registers its StatusNotifierHost from Python.
     python3-gi gir1.2-glib-2.0
+    # A screen reader's view: the accessibility bus, and an AT-SPI client.
+    at-spi2-core python3-pyatspi
     # cpack's .deb
     dpkg-dev
 )

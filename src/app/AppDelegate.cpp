@@ -23,8 +23,8 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    // There is no dock to keep out of: the app opens no window of its own and its popover is a
-    // popup, which panels leave out of the task list.
+    // There is no dock to keep out of: the app opens no window of its own and its popover
+    // bypasses the window manager, so no task list shows it.
     if (m_setup.analytics) {
         TelemetryDeck::initialize(analyticsConfiguration(*m_setup.analytics, m_setup.version,
                                                          QProcessEnvironment::systemEnvironment()));

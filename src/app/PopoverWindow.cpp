@@ -24,7 +24,11 @@ constexpr int pointItemMargin = 12;
 PopoverWindow::PopoverWindow(PopoverController &controller)
     : m_controller(controller)
 {
-    setFlags(Qt::Popup | Qt::FramelessWindowHint);
+    // Not a Qt::Popup: Qt leaves popups out of the application's accessibility tree, so a
+    // screen reader would find no window. A tool window that bypasses the window manager is
+    // placed where it is asked, as a popup is; the grabs and the outside click are done here.
+    setFlags(Qt::Tool | Qt::BypassWindowManagerHint | Qt::FramelessWindowHint |
+             Qt::WindowStaysOnTopHint);
     setTitle(QStringLiteral("Scores"));
     setMinimumSize(size);
     setMaximumSize(size);

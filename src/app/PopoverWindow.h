@@ -5,10 +5,11 @@
 
 class PopoverController;
 
-// The popover: a 380 x 500 popup that hangs below the status item, stays on screen, and goes
-// away on a second click, on Escape, or on a click anywhere else. A popup is a window that no
-// X window manager moves, Xwayland's included; it holds the pointer and the keyboard while
-// shown. It is made once and reused, so the selected tab survives closing.
+// The popover: a 380 x 500 window that hangs below the status item, stays on screen, and goes
+// away on a second click, on Escape, or on a click anywhere else. No X window manager moves
+// it, Xwayland's included; it holds the pointer and the keyboard while shown, as a popup does,
+// yet stays in the accessibility tree. It is made once and reused, so the selected tab
+// survives closing.
 class PopoverWindow : public QQuickView {
     Q_OBJECT
 

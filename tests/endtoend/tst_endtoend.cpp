@@ -9,6 +9,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -349,6 +350,35 @@ private slots:
         QVERIFY(activateToOpen(item));
         m_panel.callItem(item, u"Activate"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
+    }
+
+    // A screen reader, started on the desktop, finds the open popover and its controls: read
+    // over AT-SPI by a client process of its own.
+    void screenReaderFindsThePopover()
+    {
+        QProcess bus;
+        DesktopSession::tieToTest(bus);
+        bus.setProcessEnvironment(m_desktop.environment());
+        bus.start(u"/usr/libexec/at-spi-bus-launcher"_s, {u"--launch-immediately"_s});
+        QVERIFY(bus.waitForStarted());
+        const auto stopBus = qScopeGuard([&] { DesktopSession::stop(bus); });
+        QTRY_VERIFY(
+            QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.a11y.Bus"_s));
+        QDBusMessage enable = QDBusMessage::createMethodCall(
+            u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties"_s, u"Set"_s);
+        enable << u"org.a11y.Status"_s << u"IsEnabled"_s << QVariant::fromValue(QDBusVariant(true));
+        QCOMPARE(QDBusConnection::sessionBus().call(enable).type(), QDBusMessage::ReplyMessage);
+
+        QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s}));
+        const QString item = startAppWithItem();
+        QVERIFY(!item.isEmpty());
+        QVERIFY(activateToOpen(item));
+        const auto tree = [&] {
+            return m_desktop.run(u"/usr/bin/python3"_s,
+                                 {QStringLiteral(ZEL_ACCESSIBLE_TREE), u"zel-menubar"_s});
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(tree().contains(u"1\tframe\tScores\t"_s), 10000);
+        QVERIFY2(tree().contains(u"\tpush button\tRefresh\t"_s), qPrintable(tree()));
     }
 
     // The records of each batch the simulator's ingest received, in order.

@@ -1,0 +1,21 @@
+#!/usr/bin/python3
+"""Prints the accessibility tree of one application as a screen reader sees it over AT-SPI:
+one line per object, "depth<TAB>role<TAB>name<TAB>states", depth first.
+
+Usage: accessible_tree.py APPLICATION_NAME
+"""
+import sys
+
+import pyatspi
+
+
+def walk(node, depth):
+    states = sorted(pyatspi.stateToString(s) for s in node.getState().getStates())
+    print(f"{depth}\t{node.getRoleName()}\t{node.name}\t{','.join(states)}")
+    for index in range(node.childCount):
+        walk(node.getChildAtIndex(index), depth + 1)
+
+
+for application in pyatspi.Registry.getDesktop(0):
+    if application is not None and application.name == sys.argv[1]:
+        walk(application, 0)
