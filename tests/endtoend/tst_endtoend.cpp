@@ -378,7 +378,16 @@ private slots:
                                  {QStringLiteral(ZEL_ACCESSIBLE_TREE), u"zel-menubar"_s});
         };
         QTRY_VERIFY_WITH_TIMEOUT(tree().contains(u"1\tframe\tScores\t"_s), 10000);
-        QVERIFY2(tree().contains(u"\tpush button\tRefresh\t"_s), qPrintable(tree()));
+        const QString shown = tree();
+        QVERIFY2(shown.contains(u"\tpush button\tRefresh\t"_s), qPrintable(shown));
+        QVERIFY2(shown.contains(u"\tpage tab list\t"_s), qPrintable(shown));
+        // Each tab by its name, the open one selected.
+        for (const QString &tab : {u"Results"_s, u"Today"_s, u"Fixtures"_s}) {
+            const QRegularExpression line(u"\tpage tab\t%1\t([^\n]*)"_s.arg(tab));
+            const QRegularExpressionMatch found = line.match(shown);
+            QVERIFY2(found.hasMatch(), qPrintable(tab + u'\n' + shown));
+            QCOMPARE(found.captured(1).split(u',').contains(u"selected"_s), tab == u"Today"_s);
+        }
     }
 
     // The records of each batch the simulator's ingest received, in order.

@@ -14,7 +14,13 @@ Rectangle {
     implicitHeight: Math.round(fontSize * 1.6) + 4
     radius: 5
     color: Theme.palette.button
-    border.color: Theme.divider
+    // The focus ring: the desktop's highlight around the whole switch.
+    border.color: activeFocus ? Theme.palette.highlight : Theme.divider
+    border.width: activeFocus ? 2 : 1
+    activeFocusOnTab: true
+    Accessible.role: Accessible.PageTabList
+    Keys.onLeftPressed: bar.activated(Math.max(0, bar.currentIndex - 1))
+    Keys.onRightPressed: bar.activated(Math.min(bar.labels.length - 1, bar.currentIndex + 1))
 
     Row {
         anchors.fill: parent
@@ -25,6 +31,11 @@ Rectangle {
                 required property string modelData
                 required property int index
                 readonly property bool selected: index === bar.currentIndex
+                Accessible.role: Accessible.PageTab
+                Accessible.name: modelData
+                Accessible.selectable: true
+                Accessible.selected: selected
+                Accessible.onPressAction: bar.activated(index)
                 width: (bar.width - 2) / bar.labels.length
                 height: parent.height
                 radius: 4
