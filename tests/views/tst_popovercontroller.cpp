@@ -238,6 +238,11 @@ private slots:
         rows.setMatches({at(1, "finished"), scored, at(3, "finished")});
         QCOMPARE((QStringList{state(0), state(1), state(2)}),
                  (QStringList{u"0 -1"_s, u"0 -1"_s, u"0 -1"_s}));
+        // A new match listed above an open one starts closed; moved rows keep their state.
+        rows.setExpanded(0, true);
+        rows.setMatches({at(4, "finished"), at(3, "finished"), at(1, "finished"), scored});
+        QCOMPARE((QStringList{state(0), state(1), state(2), state(3)}),
+                 (QStringList{u"0 -1"_s, u"0 -1"_s, u"1 -1"_s, u"0 -1"_s}));
     }
 
     // The header dates itself by the state object's clock (a render tool's chosen moment).
