@@ -388,6 +388,16 @@ private slots:
             QVERIFY2(found.hasMatch(), qPrintable(tab + u'\n' + shown));
             QCOMPARE(found.captured(1).split(u',').contains(u"selected"_s), tab == u"Today"_s);
         }
+        // Tab reaches the flat tool buttons of the header, which the reader hears focused.
+        const auto focused = [&] {
+            static const QRegularExpression line(
+                u"\\t([^\\t\\n]*\\t[^\\t\\n]*)\\t[^\\n]*focused"_s);
+            return line.match(tree()).captured(1);
+        };
+        m_desktop.key(u"Tab"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"push button\tRefresh"_s, 5000);
+        m_desktop.key(u"Tab"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"push button\tSettings"_s, 5000);
     }
 
     // The records of each batch the simulator's ingest received, in order.

@@ -13,14 +13,15 @@ Rectangle {
     implicitWidth: symbol !== "" ? 26 : label.implicitWidth + 28
     implicitHeight: symbol !== "" ? 26 : label.implicitHeight + 10
     radius: 5
-    activeFocusOnTab: !flat
+    // Flat tool buttons too: a keyboard user reaches Refresh and Settings with Tab.
+    activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: button.clicked()
     color: mouse.pressed ? Theme.placeholder
                          : (flat ? (mouse.containsMouse ? Theme.placeholder : "transparent")
                                  : Theme.palette.button)
-    border.color: flat ? "transparent" : (activeFocus ? Theme.palette.highlight : Theme.divider)
+    border.color: activeFocus ? Theme.palette.highlight : (flat ? "transparent" : Theme.divider)
 
     Keys.onSpacePressed: button.clicked()
     Keys.onReturnPressed: button.clicked()

@@ -5,9 +5,10 @@ Rectangle {
     width: ListView.view ? ListView.view.width : 0
     implicitHeight: title.implicitHeight + 10
     color: Theme.header
+    Accessible.role: Accessible.Heading
+    Accessible.name: section
 
     Text {
-
         textFormat: Text.PlainText
         id: title
         anchors.left: parent.left
