@@ -99,6 +99,12 @@ private slots:
         m_popover->retry(Popover::Tab::Results);
         QVERIFY(settled());
         QCOMPARE(m_popover->resultsModel()->rowCount(), 1);
+
+        // A popover made after the loads shows what they brought at once.
+        PopoverController later(*m_vm, m_server->baseURL());
+        QCOMPARE(later.todayModel()->rowCount(), 2);
+        QCOMPARE(later.resultsModel()->rowCount(), 1);
+        QCOMPARE(later.fixturesModel()->rowCount(), 1);
     }
 
     void liveScorecardMarksTheCrease()
@@ -114,17 +120,25 @@ private slots:
         QCOMPARE(card.inningsLabels(), QStringList({u"1st \u00B7 NTH"_s, u"2nd \u00B7 STH"_s}));
         QCOMPARE(card.score(), u"50/1"_s);
         QCOMPARE(card.overs(), u"6.2 Ov"_s);
-        const ScoreTableModel &batting = *card.batting();
-        const auto cell = [&](int row, ScoreTableModel::Role role) {
-            return batting.data(batting.index(row), role);
+        // Per row: strong, dim, took wickets, placeholder, first figure.
+        const auto rows = [](const ScoreTableModel &table) {
+            QStringList shown;
+            for (int row = 0; row < table.rowCount(); ++row) {
+                const auto cell = [&](ScoreTableModel::Role role) {
+                    return table.data(table.index(row), role);
+                };
+                shown << u"%1%2%3 %4 %5"_s.arg(int(cell(ScoreTableModel::StrongRole).toBool()))
+                             .arg(int(cell(ScoreTableModel::DimRole).toBool()))
+                             .arg(int(cell(ScoreTableModel::TookWicketsRole).toBool()))
+                             .arg(cell(ScoreTableModel::PlaceholderRole).toString(),
+                                  cell(ScoreTableModel::FiguresRole).toStringList().value(0));
+            }
+            return shown;
         };
-        QCOMPARE(batting.rowCount(), 3);
-        QVERIFY(cell(0, ScoreTableModel::StrongRole).toBool()); // the striker, despite "(c)"
-        QVERIFY(cell(1, ScoreTableModel::DimRole).toBool());
-        QCOMPARE(cell(2, ScoreTableModel::PlaceholderRole), QVariant(u"\u2014"_s));
-        QCOMPARE(cell(0, ScoreTableModel::FiguresRole).toStringList().first(), u"30"_s);
-        QCOMPARE(card.bowling()->data(card.bowling()->index(0), ScoreTableModel::TookWicketsRole),
-                 QVariant(true));
+        // The striker stands out despite "(c)"; the one out and the one waiting are dimmed.
+        QCOMPARE(rows(*card.batting()),
+                 (QStringList{u"100  30"_s, u"010  2"_s, u"010 \u2014 0"_s}));
+        QCOMPARE(rows(*card.bowling()), QStringList{u"001  1.2"_s});
         card.setChosenInnings(1);
         QCOMPARE(card.isYetToBat(), true);
         QCOMPARE(card.yetToBatName(), u"Southshore"_s);
