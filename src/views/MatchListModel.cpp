@@ -27,7 +27,7 @@ void MatchListModel::timeZoneChanged()
 {
     if (!m_rows.isEmpty())
         emit dataChanged(index(0), index(int(m_rows.size()) - 1),
-                         {CentreTextRole, DisplayTimeRole});
+                         {CentreTextRole, DisplayTimeRole, SpokenTextRole});
 }
 
 void MatchListModel::setMatches(const QList<ZelMatch> &matches)
@@ -200,6 +200,8 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
         return row.expanded;
     case ChosenInningsRole:
         return row.chosenInnings;
+    case SpokenTextRole:
+        return MatchRowPresenter::spokenText(m, QTimeZone::systemTimeZone(), m_locale);
     }
     return {};
 }
@@ -218,5 +220,5 @@ QHash<int, QByteArray> MatchListModel::roleNames() const
             {CommentsRole, "comments"},           {TossTextRole, "tossText"},
             {SectionTitleRole, "sectionTitle"},   {HomeFavouriteRole, "homeFavourite"},
             {AwayFavouriteRole, "awayFavourite"}, {ExpandedRole, "expanded"},
-            {ChosenInningsRole, "chosenInnings"}};
+            {ChosenInningsRole, "chosenInnings"}, {SpokenTextRole, "spokenText"}};
 }

@@ -44,6 +44,7 @@ public:
         AwayFavouriteRole,
         ExpandedRole,
         ChosenInningsRole,
+        SpokenTextRole,
     };
 
     // Clock times are in the user's current time zone, whatever it was at start.

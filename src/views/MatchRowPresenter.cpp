@@ -24,6 +24,29 @@ QString joined(const QString &first, const QString &second)
     return first.isEmpty() ? second : first;
 }
 
+// A side by its name, else by its code.
+QString sideName(const QString &name, const QString &code)
+{
+    const QString trimmed = trimSpacesAndTabs(name);
+    return trimmed.isEmpty() ? code : trimmed;
+}
+
+// "96/2 (11.3 Ov)" read aloud: "96 for 2 in 11.3 overs"; a score without wickets or overs says
+// what it has.
+QString spokenScore(const QString &summary)
+{
+    QString spoken =
+        ZelMatch::summaryHead(summary).trimmed().replace(u'/', QStringLiteral(" for "));
+    const qsizetype open = summary.lastIndexOf(u'(');
+    const qsizetype close = summary.lastIndexOf(u')');
+    if (open >= 0 && close > open) {
+        const QString overs = summary.mid(open + 1, close - open - 1).trimmed().section(u' ', 0, 0);
+        if (!overs.isEmpty())
+            spoken += QStringLiteral(" in ") + overs + QStringLiteral(" overs");
+    }
+    return spoken;
+}
+
 } // namespace
 
 QString MatchRowPresenter::displayTime(const ZelMatch &match, const QTimeZone &zone,
@@ -135,4 +158,44 @@ QString MatchRowPresenter::venueText(const ZelMatch &match)
 bool MatchRowPresenter::opensOnTap(const ZelMatch &match)
 {
     return match.isFinished();
+}
+
+QString MatchRowPresenter::spokenText(const ZelMatch &match, const QTimeZone &zone,
+                                      const QLocale &locale)
+{
+    const QString home = sideName(match.homeTeamName, match.homeTeamCode());
+    const QString away = sideName(match.awayTeamName, match.awayTeamCode());
+    const QString sides = home + QStringLiteral(" against ") + away;
+    if (match.isLive()) {
+        if (isTossPhase(match) || match.firstBattingSummary.isEmpty())
+            return QStringLiteral("Live: ") + sides +
+                   (match.tossDetails.isEmpty()
+                        ? QString()
+                        : QStringLiteral(", ") + match.formattedTossDetails());
+        const QString first = match.homeBattedFirst() ? home : away;
+        const QString second = match.homeBattedFirst() ? away : home;
+        if (match.secondBattingSummary.isEmpty())
+            return QStringLiteral("Live: ") + first + u' ' +
+                   spokenScore(match.firstBattingSummary) + QStringLiteral(" against ") + second;
+        bool isNumber = false;
+        const int runs =
+            ZelMatch::summaryHead(match.firstBattingSummary).section(u'/', 0, 0).toInt(&isNumber);
+        return QStringLiteral("Live: ") + second + u' ' + spokenScore(match.secondBattingSummary) +
+               (isNumber ? QStringLiteral(", chasing %1").arg(runs + 1) : QString()) +
+               QStringLiteral(" against ") + first;
+    }
+    if (match.isFinished()) {
+        const QString result = trimSpacesAndTabs(match.comments);
+        return QStringLiteral("Result: ") + sides +
+               (result.isEmpty() ? QString() : QStringLiteral(", ") + result);
+    }
+    if (isAbandoned(match))
+        return QStringLiteral("Abandoned: ") + sides;
+    if (match.isUpcoming() && hasNotice(match))
+        return QStringLiteral("Delayed: ") + sides + QStringLiteral(", ") +
+               trimSpacesAndTabs(match.comments);
+    const QString venue = venueText(match);
+    return QStringLiteral("Upcoming: ") + sides + QStringLiteral(" at ") +
+           displayTime(match, zone, locale) +
+           (venue.isEmpty() ? QString() : QStringLiteral(", ") + venue);
 }

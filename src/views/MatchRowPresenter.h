@@ -27,4 +27,7 @@ public:
     static QString venueText(const ZelMatch &match);
     // Only finished today rows open on a tap; result rows always do.
     static bool opensOnTap(const ZelMatch &match);
+    // The row as a screen reader says it: its state in a word, then the match in a sentence,
+    // e.g. "Live: Northport 96 for 2 in 11.3 overs, chasing 188 against Southshore".
+    static QString spokenText(const ZelMatch &match, const QTimeZone &zone, const QLocale &locale);
 };

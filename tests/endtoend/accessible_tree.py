@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Prints the accessibility tree of one application as a screen reader sees it over AT-SPI:
-one line per object, "depth<TAB>role<TAB>name<TAB>states", depth first.
+one line per object, "depth<TAB>role<TAB>name<TAB>states<TAB>description", depth first.
 
 Usage: accessible_tree.py APPLICATION_NAME
 """
@@ -11,7 +11,7 @@ import pyatspi
 
 def walk(node, depth):
     states = sorted(pyatspi.stateToString(s) for s in node.getState().getStates())
-    print(f"{depth}\t{node.getRoleName()}\t{node.name}\t{','.join(states)}")
+    print(f"{depth}\t{node.getRoleName()}\t{node.name}\t{','.join(states)}\t{node.description}")
     for index in range(node.childCount):
         walk(node.getChildAtIndex(index), depth + 1)
 

@@ -388,6 +388,10 @@ private slots:
             QVERIFY2(found.hasMatch(), qPrintable(tab + u'\n' + shown));
             QCOMPARE(found.captured(1).split(u',').contains(u"selected"_s), tab == u"Today"_s);
         }
+        // A row says its state in a word and the match in a sentence, and whether it is open.
+        static const QRegularExpression row(
+            u"\tlist item\t(Result: [^\t]+)\t[^\t]*\tCollapsed\n"_s);
+        QVERIFY2(row.match(shown).hasMatch(), qPrintable(shown));
         // Tab reaches the flat tool buttons of the header, which the reader hears focused.
         const auto focused = [&] {
             static const QRegularExpression line(

@@ -131,6 +131,46 @@ private slots:
         QTEST(MatchRowPresenter::centreSubText(match).value_or(QString()), "sub");
     }
 
+    // Each state in a word, never an emoji, then the match as a sentence.
+    void spokenText_data()
+    {
+        QTest::addColumn<ZelMatch>("match");
+        QTest::addColumn<QString>("spoken");
+        const auto scored = [](ZelMatch m, const QString &first, const QString &second) {
+            m.firstBattingSummary = first;
+            m.secondBattingSummary = second;
+            m.currentInnings = second.isEmpty() ? "1" : "2";
+            return m;
+        };
+        QTest::newRow("first innings")
+            << scored(match("live", 2), "96/2 (11.3 Ov)", "")
+            << u"Live: Southshore 96 for 2 in 11.3 overs against Northport"_s;
+        QTest::newRow("second innings, a chase")
+            << scored(match("live"), "187/6 (20 Ov)", "96/2 (11.3 Ov)")
+            << u"Live: Southshore 96 for 2 in 11.3 overs, chasing 188 against Northport"_s;
+        QTest::newRow("toss") << with(match("live"), [](ZelMatch &m) {
+            m.tossDetails = "Southshore won the toss and chose to bowl";
+        }) << u"Live: Northport against Southshore, STH won the toss, chose to field"_s;
+        QTest::newRow("result, names missing") << with(match("finished"), [](ZelMatch &m) {
+            m.comments = " Northport won by 5 runs ";
+            m.awayTeamName.clear();
+        }) << u"Result: Northport against STH, Northport won by 5 runs"_s;
+        QTest::newRow("delayed") << with(match("upcoming"), [](ZelMatch &m) {
+            m.comments = "Rain";
+        }) << u"Delayed: Northport against Southshore, Rain"_s;
+        QTest::newRow("upcoming")
+            << match("upcoming")
+            << u"Upcoming: Northport against Southshore at 2:00 PM, Harbour Oval, Northport"_s;
+        QTest::newRow("abandoned")
+            << match("abandoned") << u"Abandoned: Northport against Southshore"_s;
+    }
+
+    void spokenText()
+    {
+        QFETCH(ZelMatch, match);
+        QTEST(MatchRowPresenter::spokenText(match, utc, english), "spoken");
+    }
+
     void resultAndFixtureLines_data()
     {
         QTest::addColumn<ZelMatch>("match");

@@ -14,6 +14,9 @@ Column {
     required property bool awayFavourite
     required property string displayTime
     required property string venueText
+    required property string spokenText
+    Accessible.role: Accessible.ListItem
+    Accessible.name: spokenText
     width: ListView.view ? ListView.view.width : 0
 
     Column {

@@ -27,6 +27,12 @@ Column {
     required property int chosenInnings
     readonly property bool finished: status === "finished"
     width: ListView.view ? ListView.view.width : 0
+    required property string spokenText
+    // What a screen reader says: the match in a sentence, and whether its detail is open.
+    Accessible.role: Accessible.ListItem
+    Accessible.name: spokenText
+    Accessible.description: opensOnTap ? (expanded ? "Expanded" : "Collapsed") : ""
+    Accessible.onPressAction: activate()
     activeFocusOnTab: true
 
     function activate() {
