@@ -381,6 +381,7 @@ private slots:
         const QString shown = tree();
         QVERIFY2(shown.contains(u"\tpush button\tRefresh\t"_s), qPrintable(shown));
         QVERIFY2(shown.contains(u"\tpage tab list\t"_s), qPrintable(shown));
+        QVERIFY2(shown.contains(u"\theading\t\U0001F3CF  Zel "_s), qPrintable(shown));
         // Each tab by its name, the open one selected.
         for (const QString &tab : {u"Results"_s, u"Today"_s, u"Fixtures"_s}) {
             const QRegularExpression line(u"\tpage tab\t%1\t([^\n]*)"_s.arg(tab));

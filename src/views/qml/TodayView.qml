@@ -45,6 +45,8 @@ Rectangle {
                 Text {
                     textFormat: Text.PlainText
                     text: root.controller.title
+                    Accessible.role: Accessible.Heading
+                    Accessible.name: text
                     font.pixelSize: 13
                     font.weight: Font.DemiBold
                     color: Theme.text
@@ -62,6 +64,10 @@ Rectangle {
                 visible: text !== ""
                 objectName: "updatedLabel"
                 text: root.controller.updatedLabel
+                // The reason offline is more than a hover tip: a screen reader reads it too.
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+                Accessible.description: root.controller.offlineReason
                 font.pixelSize: 10
                 color: Theme.secondary
                 HoverTip { text: root.controller.offlineReason }
