@@ -16,6 +16,8 @@ packages=(
     qml6-module-qtquick-window qml6-module-qtqml-workerscript qml6-module-qttest
     # qmllint, and the QtQml types (Timer, easing curves) it checks the QML against.
     qt6-declarative-dev-tools qml6-module-qtqml
+    # lupdate and lrelease, and their CMake functions, for the translations.
+    qt6-tools-dev qt6-l10n-tools
     # Text for the league simulator's badges, and the colour emoji of titles and rows.
     fonts-dejavu-core fonts-noto-color-emoji
     # The tray shell on X11 (the xcb platform plugin is only a recommendation of Qt's GUI).

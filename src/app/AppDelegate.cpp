@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QStandardPaths>
 #include <QTimer>
+#include <QTranslator>
 
 AppDelegate::AppDelegate(Setup setup, QObject *parent)
     : QObject(parent)
@@ -70,6 +71,10 @@ int AppDelegate::run(int argc, char *argv[], const Setup &setup)
     // Closing the update dialog must not end a program that has no main window.
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/zel-menubar.svg")));
+    QTranslator translator;
+    if (translator.load(QLocale(), QStringLiteral("zel-menubar"), QStringLiteral("_"),
+                        QStringLiteral(":/i18n")))
+        QApplication::installTranslator(&translator);
 
     SingleInstance instance(SingleInstance::defaultSocketPath());
     if (!instance.claim())

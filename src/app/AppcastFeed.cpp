@@ -97,12 +97,12 @@ Result<AppcastRelease> AppcastFeed::newest(const QByteArray &xml)
     }
     if (reader.hasError())
         return ZelError{errorDomain, 1,
-                        QStringLiteral("The update feed is not valid XML (line %1: %2).")
+                        tr("The update feed is not valid XML (line %1: %2).")
                             .arg(reader.lineNumber())
                             .arg(reader.errorString())};
     if (!sawChannel)
-        return ZelError{errorDomain, 2, QStringLiteral("The update feed is not an RSS feed.")};
+        return ZelError{errorDomain, 2, tr("The update feed is not an RSS feed.")};
     if (!best)
-        return ZelError{errorDomain, 3, QStringLiteral("The update feed lists no version.")};
+        return ZelError{errorDomain, 3, tr("The update feed lists no version.")};
     return *best;
 }

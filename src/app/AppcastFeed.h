@@ -2,6 +2,7 @@
 
 #include "Result.h"
 
+#include <QCoreApplication>
 #include <QUrl>
 #include <QVersionNumber>
 
@@ -14,6 +15,8 @@ struct AppcastRelease {
 // Reads the update feed: an RSS document whose items carry Sparkle's version attributes or
 // elements and a link to the release's page.
 class AppcastFeed {
+    Q_DECLARE_TR_FUNCTIONS(AppcastFeed)
+
 public:
     static inline const QString errorDomain = QStringLiteral("Appcast");
 

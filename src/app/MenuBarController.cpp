@@ -103,7 +103,7 @@ void MenuBarController::showContextMenu(const QPoint &at)
 
 QString MenuBarController::versionLabel(const QString &version)
 {
-    return QStringLiteral("Zel Menu Bar v") + (version.isEmpty() ? QStringLiteral("?") : version);
+    return tr("Zel Menu Bar v%1").arg(version.isEmpty() ? QStringLiteral("?") : version);
 }
 
 QList<MenuEntry> MenuBarController::contextMenuEntries()
@@ -111,19 +111,18 @@ QList<MenuEntry> MenuBarController::contextMenuEntries()
     return {
         {versionLabel(m_setup.version), false, {}, {}},
         MenuEntry::separator(),
-        {QStringLiteral("Check for Updates…"), true, {}, [this] { checkForUpdates(); }},
+        {tr("Check for Updates…"), true, {}, [this] { checkForUpdates(); }},
         MenuEntry::separator(),
-        {QStringLiteral("Feedback / Report a Bug"), true, {}, [this] { openFeedback(); }},
-        {QStringLiteral("\u2665 Support Me"), true, {}, [this] { openDonate(); }},
+        {tr("Feedback / Report a Bug"), true, {}, [this] { openFeedback(); }},
+        {tr("♥ Support Me"), true, {}, [this] { openDonate(); }},
         MenuEntry::separator(),
-        {QStringLiteral("Quit Zel Menu Bar"), true, QKeySequence(Qt::CTRL | Qt::Key_Q),
-         [this] { quitApp(); }},
+        {tr("Quit Zel Menu Bar"), true, QKeySequence(Qt::CTRL | Qt::Key_Q), [this] { quitApp(); }},
     };
 }
 
 QList<MenuEntry> MenuBarController::exportedMenuEntries()
 {
-    QList<MenuEntry> entries{{QStringLiteral("Show Scores"), true, {}, [this] { showPopover(); }}};
+    QList<MenuEntry> entries{{tr("Show Scores"), true, {}, [this] { showPopover(); }}};
     entries.append(contextMenuEntries());
     return entries;
 }
@@ -156,12 +155,12 @@ void MenuBarController::quitApp()
 void MenuBarController::checkForUpdates()
 {
     if (!m_updateDialog) {
-        m_updateDialog = new QMessageBox(
-            QMessageBox::Information, QStringLiteral("Software Update"), {}, QMessageBox::NoButton);
+        m_updateDialog = new QMessageBox(QMessageBox::Information, tr("Software Update"), {},
+                                         QMessageBox::NoButton);
         m_updateDialog->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_updateDialog->setIconPixmap(QApplication::windowIcon().pixmap(64));
-    m_updateDialog->setText(QStringLiteral("Checking for updates…"));
+    m_updateDialog->setText(tr("Checking for updates…"));
     m_updateDialog->setInformativeText({});
     m_updateDialog->setStandardButtons(QMessageBox::Cancel);
     m_updateDialog->show();
@@ -175,15 +174,14 @@ QString MenuBarController::updateDetail(const UpdateCheck &result, const QString
     QString detail;
     switch (result.outcome) {
     case UpdateCheck::UpToDate:
-        detail = QStringLiteral("Zel Menu Bar %1 is currently the newest version available.")
-                     .arg(version);
+        detail = tr("Zel Menu Bar %1 is currently the newest version available.").arg(version);
         break;
     case UpdateCheck::NewerVersion:
-        detail = QStringLiteral("Zel Menu Bar %1 is now available — you have %2.")
+        detail = tr("Zel Menu Bar %1 is now available — you have %2.")
                      .arg(boundedForDisplay(result.version, 32), version);
         break;
     case UpdateCheck::Failed:
-        detail = QStringLiteral("An error occurred in retrieving update information: %1")
+        detail = tr("An error occurred in retrieving update information: %1")
                      .arg(boundedForDisplay(result.error, 200));
         break;
     }
@@ -196,8 +194,8 @@ void MenuBarController::announceNewerVersion(const UpdateCheck &result)
 {
     // A desktop notification takes no focus; its click opens the page, or the dialog.
     m_announcedPage = result.page;
-    m_updateNotifier.notify(QStringLiteral("A new version of Zel Menu Bar is available!"),
-                            QStringLiteral("Zel Menu Bar %1 is now available — you have %2.")
+    m_updateNotifier.notify(tr("A new version of Zel Menu Bar is available!"),
+                            tr("Zel Menu Bar %1 is now available — you have %2.")
                                 .arg(boundedForDisplay(result.version, 32), m_setup.version));
 }
 
@@ -215,23 +213,22 @@ void MenuBarController::showUpdateResult(const UpdateCheck &result)
     dialog.setInformativeText(updateDetail(result, m_setup.version));
     switch (result.outcome) {
     case UpdateCheck::UpToDate:
-        dialog.setText(QStringLiteral("You’re up to date!"));
+        dialog.setText(tr("You’re up to date!"));
         dialog.setStandardButtons(QMessageBox::Ok);
         break;
     case UpdateCheck::NewerVersion: {
-        dialog.setText(QStringLiteral("A new version of Zel Menu Bar is available!"));
+        dialog.setText(tr("A new version of Zel Menu Bar is available!"));
         if (!result.page.isEmpty()) {
-            QPushButton *open =
-                dialog.addButton(QStringLiteral("Open Download Page"), QMessageBox::AcceptRole);
+            QPushButton *open = dialog.addButton(tr("Open Download Page"), QMessageBox::AcceptRole);
             const QUrl page = result.page;
             connect(open, &QPushButton::clicked, this, [page] { QDesktopServices::openUrl(page); });
         }
-        dialog.addButton(QStringLiteral("Later"), QMessageBox::RejectRole);
+        dialog.addButton(tr("Later"), QMessageBox::RejectRole);
         break;
     }
     case UpdateCheck::Failed:
         dialog.setIcon(QMessageBox::Warning);
-        dialog.setText(QStringLiteral("Update Error!"));
+        dialog.setText(tr("Update Error!"));
         dialog.setStandardButtons(QMessageBox::Ok);
         break;
     }

@@ -29,7 +29,7 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
     // placed where it is asked, as a popup is; the grabs and the outside click are done here.
     setFlags(Qt::Tool | Qt::BypassWindowManagerHint | Qt::FramelessWindowHint |
              Qt::WindowStaysOnTopHint);
-    setTitle(QStringLiteral("Scores"));
+    setTitle(tr("Scores"));
     setMinimumSize(size);
     setMaximumSize(size);
     resize(size);

@@ -2,6 +2,8 @@
 
 #include "JsonDecoding.h"
 
+#include <QCoreApplication>
+
 using JsonDecoding::isAbsent;
 using JsonDecoding::Member;
 using JsonDecoding::member;
@@ -309,5 +311,8 @@ QString ZelMatch::formattedTossDetails() const
     const QString code = tossWinnerCode().value_or(firstBattingTeamCode);
     if (code.isEmpty())
         return tossDetails;
-    return code + QLatin1StringView(" won the toss, chose to ") + *decision;
+    return *decision == u"field"
+               ? QCoreApplication::translate("ZelMatch", "%1 won the toss, chose to field")
+                     .arg(code)
+               : QCoreApplication::translate("ZelMatch", "%1 won the toss, chose to bat").arg(code);
 }

@@ -15,19 +15,19 @@ QString transportDescription(const QNetworkReply &reply)
     switch (reply.error()) {
     case QNetworkReply::OperationCanceledError:
     case QNetworkReply::TimeoutError:
-        return QStringLiteral("The request timed out.");
+        return APIClient::tr("The request timed out.");
     case QNetworkReply::ConnectionRefusedError:
-        return QStringLiteral("Could not connect to the server.");
+        return APIClient::tr("Could not connect to the server.");
     case QNetworkReply::RemoteHostClosedError:
-        return QStringLiteral("The network connection was lost.");
+        return APIClient::tr("The network connection was lost.");
     case QNetworkReply::HostNotFoundError:
-        return QStringLiteral("A server with the specified hostname could not be found.");
+        return APIClient::tr("A server with the specified hostname could not be found.");
     case QNetworkReply::SslHandshakeFailedError:
-        return QStringLiteral(
+        return APIClient::tr(
             "An SSL error has occurred and a secure connection to the server cannot be made.");
     case QNetworkReply::TemporaryNetworkFailureError:
     case QNetworkReply::NetworkSessionFailedError:
-        return QStringLiteral("The Internet connection appears to be offline.");
+        return APIClient::tr("The Internet connection appears to be offline.");
     default:
         return reply.errorString();
     }
@@ -112,7 +112,7 @@ void APIClient::get(const QString &url, qint64 maximumBytes, Completion<QByteArr
 {
     const QUrl parsed(url, QUrl::StrictMode);
     if (!parsed.isValid() || parsed.isRelative() || parsed.host().isEmpty()) {
-        completion(ZelError{errorDomain, -1, QStringLiteral("Invalid URL")});
+        completion(ZelError{errorDomain, -1, tr("Invalid URL")});
         return;
     }
 
@@ -128,11 +128,11 @@ void APIClient::get(const QString &url, qint64 maximumBytes, Completion<QByteArr
             switch (outcome) {
             case BoundedDownload::Outcome::TooLarge:
                 completion(ZelError{transportErrorDomain, QNetworkReply::UnknownContentError,
-                                    QStringLiteral("The response was too large.")});
+                                    tr("The response was too large.")});
                 return;
             case BoundedDownload::Outcome::DeadlinePassed:
                 completion(ZelError{transportErrorDomain, QNetworkReply::TimeoutError,
-                                    QStringLiteral("The request timed out.")});
+                                    tr("The request timed out.")});
                 return;
             case BoundedDownload::Outcome::Finished:
                 break;

@@ -53,12 +53,13 @@ QList<MatchEvents::Event> MatchEvents::compare(const QList<ZelMatch> &today, con
 
 MatchEvents::Event MatchEvents::describe(Kind kind, const ZelMatch &match)
 {
-    const QString sides = match.homeTeamCode() + QStringLiteral(" vs ") + match.awayTeamCode();
-    const QString names = match.homeTeamName + QStringLiteral(" vs ") + match.awayTeamName;
+    const QString codes = match.homeTeamCode();
+    const QString names = tr("%1 vs %2").arg(match.homeTeamName, match.awayTeamName);
     switch (kind) {
     case Kind::Started: {
         const QString toss = match.formattedTossDetails();
-        return {kind, match, sides + QStringLiteral(" has started"), toss.isEmpty() ? names : toss};
+        return {kind, match, tr("%1 vs %2 has started").arg(codes, match.awayTeamCode()),
+                toss.isEmpty() ? names : toss};
     }
     case Kind::Wicket: {
         const bool second =
@@ -66,11 +67,12 @@ MatchEvents::Event MatchEvents::describe(Kind kind, const ZelMatch &match)
         const QString code = second ? match.secondBattingTeamCode : match.firstBattingTeamCode;
         const QString score = StatusTitle::shortScoreWithOvers(second ? match.secondBattingSummary
                                                                       : match.firstBattingSummary);
-        return {kind, match, QStringLiteral("Wicket! ") + code + u' ' + score, names};
+        return {kind, match, tr("Wicket! %1 %2").arg(code, score), names};
     }
     case Kind::Finished: {
         const QString result = trimSpacesAndTabs(match.comments);
-        return {kind, match, sides + QStringLiteral(": result"), result.isEmpty() ? names : result};
+        return {kind, match, tr("%1 vs %2: result").arg(codes, match.awayTeamCode()),
+                result.isEmpty() ? names : result};
     }
     }
     return {kind, match, {}, {}};

@@ -2,6 +2,7 @@
 
 #include "ZelMatch.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QList>
 
@@ -9,6 +10,8 @@
 // ended. The first load after start-up or a wake only sets what is known; an event is told
 // once however the data goes back and forth, and a match gives at most one event per load.
 class MatchEvents {
+    Q_DECLARE_TR_FUNCTIONS(MatchEvents)
+
 public:
     enum class Kind { Started, Wicket, Finished };
 

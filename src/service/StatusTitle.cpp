@@ -98,11 +98,8 @@ StatusTitle::Line StatusTitle::composeByRules(Schedule today, Schedule fixtures,
     if (delayed >= 0) {
         const ZelMatch &m = today.matches[delayed];
         const bool codes = !m.homeTeamAPICode.isEmpty() && !m.awayTeamAPICode.isEmpty();
-        return {prefix +
-                    (codes ? m.homeTeamAPICode + QStringLiteral(" vs ") + m.awayTeamAPICode +
-                                 QStringLiteral(" \u2022 ")
-                           : QString()) +
-                    QStringLiteral("Delayed"),
+        return {prefix + (codes ? tr("%1 vs %2 • Delayed").arg(m.homeTeamAPICode, m.awayTeamAPICode)
+                                : tr("Delayed")),
                 State::Delayed};
     }
 
@@ -150,8 +147,8 @@ QString StatusTitle::liveStatusBarText(const ZelMatch &match)
     if (const auto toss = shortTossText(match))
         return prefix + *toss;
     if (!match.tossDetails.isEmpty() || match.firstBattingTeamCode.isEmpty())
-        return prefix + QStringLiteral("Zel \u2022 Toss");
-    return prefix + match.firstBattingTeamCode + QStringLiteral(" chose to bat");
+        return prefix + tr("Zel • Toss");
+    return prefix + tr("%1 chose to bat").arg(match.firstBattingTeamCode);
 }
 
 QString StatusTitle::shortScoreWithOvers(const QString &summary)
@@ -171,26 +168,27 @@ std::optional<QString> StatusTitle::shortTossText(const ZelMatch &match)
     const QString &code = winner && !winner->isEmpty() ? *winner : match.firstBattingTeamCode;
     if (code.isEmpty())
         return std::nullopt;
-    return code + QStringLiteral(" chose to ") + *decision;
+    return *decision == u"field" ? tr("%1 chose to field").arg(code)
+                                 : tr("%1 chose to bat").arg(code);
 }
 
 QString StatusTitle::countdown(const QDateTime &start, const QDateTime &now)
 {
     const qint64 remaining = now.msecsTo(start);
     if (remaining <= 0)
-        return QStringLiteral("Starting Soon");
+        return tr("Starting Soon");
     const qint64 minutes = remaining / 60000;
     const qint64 days = minutes / 1440;
     const qint64 hours = (minutes - days * 1440) / 60;
     const qint64 mins = minutes % 60;
     if (minutes < 1440) {
         if (hours == 0)
-            return QStringLiteral("%1m").arg(qMax<qint64>(mins, 1));
+            return tr("%1m", "minutes").arg(qMax<qint64>(mins, 1));
         if (mins == 0)
-            return QStringLiteral("%1h").arg(hours);
-        return QStringLiteral("%1h %2m").arg(hours).arg(mins);
+            return tr("%1h", "hours").arg(hours);
+        return tr("%1h %2m", "hours and minutes").arg(hours).arg(mins);
     }
     if (hours == 0)
-        return QStringLiteral("%1d").arg(days);
-    return QStringLiteral("%1d %2h").arg(days).arg(hours);
+        return tr("%1d", "days").arg(days);
+    return tr("%1d %2h", "days and hours").arg(days).arg(hours);
 }

@@ -3,11 +3,14 @@
 #include "ZelMatch.h"
 
 #include <optional>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QList>
 
 // The one line the status item shows, always starting with the cricket bat.
 class StatusTitle {
+    Q_DECLARE_TR_FUNCTIONS(StatusTitle)
+
 public:
     static inline const QString bat = QStringLiteral("\U0001F3CF");
     // What every composed title, and the popover's own title, starts with.

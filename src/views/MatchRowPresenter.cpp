@@ -35,14 +35,17 @@ QString sideName(const QString &name, const QString &code)
 // what it has.
 QString spokenScore(const QString &summary)
 {
-    QString spoken =
-        ZelMatch::summaryHead(summary).trimmed().replace(u'/', QStringLiteral(" for "));
+    const QString head = ZelMatch::summaryHead(summary).trimmed();
+    const QString spoken = head.contains(u'/')
+                               ? MatchRowPresenter::tr("%1 for %2")
+                                     .arg(head.section(u'/', 0, 0), head.section(u'/', 1))
+                               : head;
     const qsizetype open = summary.lastIndexOf(u'(');
     const qsizetype close = summary.lastIndexOf(u')');
     if (open >= 0 && close > open) {
         const QString overs = summary.mid(open + 1, close - open - 1).trimmed().section(u' ', 0, 0);
         if (!overs.isEmpty())
-            spoken += QStringLiteral(" in ") + overs + QStringLiteral(" overs");
+            return MatchRowPresenter::tr("%1 in %2 overs").arg(spoken, overs);
     }
     return spoken;
 }
@@ -54,7 +57,7 @@ QString MatchRowPresenter::displayTime(const ZelMatch &match, const QTimeZone &z
 {
     const auto start = LeagueCalendar::parseStartTime(match.startTime);
     if (!start)
-        return QStringLiteral("TBD");
+        return tr("TBD");
     return locale.toString(start->toTimeZone(zone).time(), QStringLiteral("h:mm AP"));
 }
 
@@ -93,7 +96,8 @@ std::optional<QString> MatchRowPresenter::shortTossText(const ZelMatch &match)
         winner = namedCode(match.awayTeamName, match.awayTeamID);
     if (winner.isEmpty())
         return std::nullopt;
-    return winner + QStringLiteral(" won, elected to ") + *decision;
+    return *decision == u"field" ? tr("%1 won, elected to field").arg(winner)
+                                 : tr("%1 won, elected to bat").arg(winner);
 }
 
 QString MatchRowPresenter::centreText(const ZelMatch &match, const QTimeZone &zone,
@@ -102,19 +106,19 @@ QString MatchRowPresenter::centreText(const ZelMatch &match, const QTimeZone &zo
     const QString first = ZelMatch::summaryHead(match.firstBattingSummary);
     const QString second = ZelMatch::summaryHead(match.secondBattingSummary);
     if (isAbandoned(match))
-        return QStringLiteral("Abandoned");
+        return tr("Abandoned");
     if (match.isFinished()) {
         if (!first.isEmpty() && !second.isEmpty())
             return joined(first, second);
-        return hasNotice(match) ? QStringLiteral("\u2713") : QStringLiteral("Final");
+        return hasNotice(match) ? QStringLiteral("\u2713") : tr("Final");
     }
     if (match.isLive()) {
         if (first.isEmpty() && second.isEmpty())
-            return isTossPhase(match) ? QStringLiteral("Toss") : QStringLiteral("Live");
+            return isTossPhase(match) ? tr("Toss") : tr("Live");
         return joined(first, second);
     }
     if (match.isUpcoming() && hasNotice(match))
-        return QStringLiteral("Delayed");
+        return tr("Delayed");
     return displayTime(match, zone, locale);
 }
 
@@ -132,9 +136,9 @@ std::optional<QString> MatchRowPresenter::centreSubText(const ZelMatch &match)
         if (isTossPhase(match))
             return shortTossText(match);
         if (match.currentInnings == QStringLiteral("1"))
-            return QStringLiteral("1st Innings");
+            return tr("1st Innings");
         if (match.currentInnings == QStringLiteral("2"))
-            return QStringLiteral("2nd Innings");
+            return tr("2nd Innings");
     }
     return std::nullopt;
 }
@@ -165,37 +169,33 @@ QString MatchRowPresenter::spokenText(const ZelMatch &match, const QTimeZone &zo
 {
     const QString home = sideName(match.homeTeamName, match.homeTeamCode());
     const QString away = sideName(match.awayTeamName, match.awayTeamCode());
-    const QString sides = home + QStringLiteral(" against ") + away;
+    const QString sides = tr("%1 against %2").arg(home, away);
+    // An optional tail: ", Rain delay", or nothing.
+    const auto then = [](const QString &more) {
+        return more.isEmpty() ? QString() : tr(", %1").arg(more);
+    };
     if (match.isLive()) {
         if (isTossPhase(match) || match.firstBattingSummary.isEmpty())
-            return QStringLiteral("Live: ") + sides +
-                   (match.tossDetails.isEmpty()
-                        ? QString()
-                        : QStringLiteral(", ") + match.formattedTossDetails());
+            return tr("Live: %1").arg(sides + then(match.formattedTossDetails()));
         const QString first = match.homeBattedFirst() ? home : away;
         const QString second = match.homeBattedFirst() ? away : home;
         if (match.secondBattingSummary.isEmpty())
-            return QStringLiteral("Live: ") + first + u' ' +
-                   spokenScore(match.firstBattingSummary) + QStringLiteral(" against ") + second;
+            return tr("Live: %1 %2 against %3")
+                .arg(first, spokenScore(match.firstBattingSummary), second);
         bool isNumber = false;
         const int runs =
             ZelMatch::summaryHead(match.firstBattingSummary).section(u'/', 0, 0).toInt(&isNumber);
-        return QStringLiteral("Live: ") + second + u' ' + spokenScore(match.secondBattingSummary) +
-               (isNumber ? QStringLiteral(", chasing %1").arg(runs + 1) : QString()) +
-               QStringLiteral(" against ") + first;
+        const QString chase = spokenScore(match.secondBattingSummary);
+        return isNumber ? tr("Live: %1 %2, chasing %3 against %4")
+                              .arg(second, chase, QString::number(runs + 1), first)
+                        : tr("Live: %1 %2 against %3").arg(second, chase, first);
     }
-    if (match.isFinished()) {
-        const QString result = trimSpacesAndTabs(match.comments);
-        return QStringLiteral("Result: ") + sides +
-               (result.isEmpty() ? QString() : QStringLiteral(", ") + result);
-    }
+    if (match.isFinished())
+        return tr("Result: %1").arg(sides + then(trimSpacesAndTabs(match.comments)));
     if (isAbandoned(match))
-        return QStringLiteral("Abandoned: ") + sides;
+        return tr("Abandoned: %1").arg(sides);
     if (match.isUpcoming() && hasNotice(match))
-        return QStringLiteral("Delayed: ") + sides + QStringLiteral(", ") +
-               trimSpacesAndTabs(match.comments);
-    const QString venue = venueText(match);
-    return QStringLiteral("Upcoming: ") + sides + QStringLiteral(" at ") +
-           displayTime(match, zone, locale) +
-           (venue.isEmpty() ? QString() : QStringLiteral(", ") + venue);
+        return tr("Delayed: %1").arg(sides + then(trimSpacesAndTabs(match.comments)));
+    return tr("Upcoming: %1 at %2")
+        .arg(sides, displayTime(match, zone, locale) + then(venueText(match)));
 }

@@ -3,11 +3,14 @@
 #include "ZelMatch.h"
 
 #include <optional>
+#include <QCoreApplication>
 #include <QLocale>
 #include <QTimeZone>
 
 // Every text the today, result and fixture rows show, decided here so that QML only binds.
 class MatchRowPresenter {
+    Q_DECLARE_TR_FUNCTIONS(MatchRowPresenter)
+
 public:
     // "7:30 PM" in the given zone, or "TBD" without a readable start.
     static QString displayTime(const ZelMatch &match, const QTimeZone &zone, const QLocale &locale);

@@ -5,6 +5,8 @@
 #include "StatusTitle.h"
 #include "TodayViewModel.h"
 
+#include <QGuiApplication>
+
 PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceURL,
                                      Preferences *preferences,
                                      SettingsController::LoginSwitch login, QObject *parent)
@@ -108,6 +110,11 @@ QStringList PopoverController::tabLabels() const
     for (Popover::Tab tab : TodayPresenter::allTabs)
         labels.append(TodayPresenter::label(tab));
     return labels;
+}
+
+bool PopoverController::mirrored()
+{
+    return QGuiApplication::isRightToLeft();
 }
 
 QString PopoverController::title() const

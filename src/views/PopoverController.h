@@ -26,6 +26,8 @@ class PopoverController : public QObject {
     Q_PROPERTY(PopoverTab *fixturesTab READ fixturesTab CONSTANT)
     Q_PROPERTY(QStringList tabLabels READ tabLabels CONSTANT)
     Q_PROPERTY(QString title READ title CONSTANT)
+    // Right-to-left languages, or -reverse: the popover mirrors.
+    Q_PROPERTY(bool mirrored READ mirrored CONSTANT)
     Q_PROPERTY(QString todayLabel READ todayLabel NOTIFY headerChanged)
     Q_PROPERTY(QString updatedLabel READ updatedLabel NOTIFY headerChanged)
     Q_PROPERTY(QString offlineReason READ offlineReason NOTIFY headerChanged)
@@ -49,6 +51,7 @@ public:
     MatchListModel *fixturesModel() { return &m_fixtures; }
     QStringList tabLabels() const;
     QString title() const;
+    static bool mirrored();
     // "Monday, 16 November 2026", in the user's time zone.
     QString todayLabel() const;
     // "Updated 19:42", or "Offline · Updated 19:42" while today's data is out of date.

@@ -102,7 +102,7 @@ void ScorecardModel::showInnings(const ZelMatch &match, const ZelScorecard &card
                  state == State::Striker || state == State::NonStriker || state == State::NotOut,
              .dim = state == State::Out || state == State::Waiting || state == State::DidNotBat,
              .placeholder = state == State::Waiting     ? QStringLiteral("\u2014")
-                            : state == State::DidNotBat ? QStringLiteral("DNB")
+                            : state == State::DidNotBat ? tr("DNB", "did not bat")
                                                         : QString(),
              .tookWickets = false});
     }

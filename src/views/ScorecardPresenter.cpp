@@ -37,16 +37,14 @@ int ScorecardPresenter::initialInnings(const ZelMatch &match)
 
 QString ScorecardPresenter::tab1Label(const ZelMatch &match)
 {
-    return match.firstBattingTeamCode.isEmpty()
-               ? QStringLiteral("1st")
-               : QStringLiteral("1st \u00B7 ") + match.firstBattingTeamCode;
+    return match.firstBattingTeamCode.isEmpty() ? tr("1st")
+                                                : tr("1st · %1").arg(match.firstBattingTeamCode);
 }
 
 QString ScorecardPresenter::tab2Label(const ZelMatch &match)
 {
-    return match.secondBattingTeamCode.isEmpty()
-               ? QStringLiteral("2nd")
-               : QStringLiteral("2nd \u00B7 ") + match.secondBattingTeamCode;
+    return match.secondBattingTeamCode.isEmpty() ? tr("2nd")
+                                                 : tr("2nd · %1").arg(match.secondBattingTeamCode);
 }
 
 bool ScorecardPresenter::isTossPhase(const ZelMatch &match)

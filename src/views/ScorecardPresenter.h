@@ -4,9 +4,12 @@
 #include "ZelScorecard.h"
 
 #include <optional>
+#include <QCoreApplication>
 
 // The scorecard's innings tabs, total line and the marks of its batting and bowling tables.
 class ScorecardPresenter {
+    Q_DECLARE_TR_FUNCTIONS(ScorecardPresenter)
+
 public:
     enum class BatsmanState { Striker, NonStriker, Out, Waiting, NotOut, DidNotBat };
     enum class Side { Home, Away };

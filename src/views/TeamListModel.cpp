@@ -6,7 +6,7 @@
 TeamListModel::TeamListModel(QString serviceURL, QObject *parent)
     : QAbstractListModel(parent)
     , m_serviceURL(std::move(serviceURL))
-    , m_teams{TeamInfo{{}, QStringLiteral("None"), {}, {}}}
+    , m_teams{TeamInfo{{}, tr("None"), {}, {}}}
 {
 }
 

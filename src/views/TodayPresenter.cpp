@@ -18,9 +18,15 @@ struct TabTexts {
 
 // Indexed by AppTab.
 const TabTexts tabTexts[] = {
-    {"Results", "Loading results\u2026", "No results yet"},
-    {"Today", "Loading today's matches\u2026", "No Zel matches today"},
-    {"Fixtures", "Loading fixtures\u2026", "No upcoming fixtures"},
+    {QT_TRANSLATE_NOOP("TodayPresenter", "Results"),
+     QT_TRANSLATE_NOOP("TodayPresenter", "Loading results…"),
+     QT_TRANSLATE_NOOP("TodayPresenter", "No results yet")},
+    {QT_TRANSLATE_NOOP("TodayPresenter", "Today"),
+     QT_TRANSLATE_NOOP("TodayPresenter", "Loading today's matches…"),
+     QT_TRANSLATE_NOOP("TodayPresenter", "No Zel matches today")},
+    {QT_TRANSLATE_NOOP("TodayPresenter", "Fixtures"),
+     QT_TRANSLATE_NOOP("TodayPresenter", "Loading fixtures…"),
+     QT_TRANSLATE_NOOP("TodayPresenter", "No upcoming fixtures")},
 };
 
 const TabTexts &textsOf(TodayPresenter::AppTab tab)
@@ -32,7 +38,7 @@ const TabTexts &textsOf(TodayPresenter::AppTab tab)
 
 QString TodayPresenter::label(AppTab tab)
 {
-    return QString::fromUtf8(textsOf(tab).label);
+    return tr(textsOf(tab).label);
 }
 
 Popover::Content TodayPresenter::content(bool loading, const QString &error, bool listEmpty)
@@ -47,12 +53,12 @@ Popover::Content TodayPresenter::content(bool loading, const QString &error, boo
 
 QString TodayPresenter::loadingText(AppTab tab)
 {
-    return QString::fromUtf8(textsOf(tab).loading);
+    return tr(textsOf(tab).loading);
 }
 
 QString TodayPresenter::emptyText(AppTab tab)
 {
-    return QString::fromUtf8(textsOf(tab).empty);
+    return tr(textsOf(tab).empty);
 }
 
 QString TodayPresenter::errorText(const QString &error)
@@ -108,11 +114,11 @@ QString TodayPresenter::todayLabel(const QDateTime &now, const QTimeZone &zone,
 
 QString TodayPresenter::updatedLabel(const QDateTime &updated, bool offline, const QTimeZone &zone)
 {
-    const QString time = updated.isValid()
-                             ? QStringLiteral("Updated ") +
-                                   updated.toTimeZone(zone).toString(QStringLiteral("HH:mm"))
-                             : QString();
+    const QString time =
+        updated.isValid()
+            ? tr("Updated %1").arg(updated.toTimeZone(zone).toString(QStringLiteral("HH:mm")))
+            : QString();
     if (!offline)
         return time;
-    return time.isEmpty() ? QStringLiteral("Offline") : QStringLiteral("Offline \u00B7 ") + time;
+    return time.isEmpty() ? tr("Offline") : tr("Offline · %1").arg(time);
 }

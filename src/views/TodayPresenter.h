@@ -4,6 +4,7 @@
 #include "ZelMatch.h"
 
 #include <optional>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QList>
 #include <QLocale>
@@ -11,6 +12,8 @@
 
 // The popover's tabs, day groups and header texts.
 class TodayPresenter {
+    Q_DECLARE_TR_FUNCTIONS(TodayPresenter)
+
 public:
     using AppTab = Popover::Tab;
     static const QList<AppTab> allTabs;

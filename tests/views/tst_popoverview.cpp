@@ -15,6 +15,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtQml/qqmlextensionplugin.h>
+#include <QTranslator>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -404,6 +405,47 @@ private slots:
         QCOMPARE(m_popover->activeTab(), Popover::Tab::Fixtures);
         QTest::keyClick(m_view.get(), Qt::Key_Escape);
         QCOMPARE(closed.count(), 1);
+    }
+
+    // Every word the popover shows goes through the translator: each comes back marked but the
+    // league's own data (codes, scores, names, notes) and the locale's dates.
+    void everyTextIsTranslatable()
+    {
+        class Marking : public QTranslator {
+        public:
+            bool isEmpty() const override { return false; }
+            QString translate(const char *, const char *source, const char *, int) const override
+            {
+                return u"["_s + QString::fromUtf8(source) + u"]"_s;
+            }
+        } marking;
+        QCoreApplication::installTranslator(&marking);
+        const auto uninstall = qScopeGuard([&] { QCoreApplication::removeTranslator(&marking); });
+        cleanup();
+        init();
+        m_server->script("/api/matches/8/scorecard", {200, card});
+        tapMainLine(rows("todayTab")[1]);
+        QTRY_VERIFY(textItem(rows("todayTab")[1], u"Asha"_s));
+        QStringList unmarked;
+        QList<QQuickItem *> pending{m_view->rootObject()};
+        while (!pending.isEmpty()) {
+            QQuickItem *item = pending.takeFirst();
+            if (!item->isVisible())
+                continue;
+            const QString text = item->property("text").toString();
+            static const QRegularExpression word(u"[A-Za-z]"_s), clock(u"^\\d+:\\d\\d "_s);
+            if (text.contains(word) && !text.contains(u'[') && !text.contains(clock))
+                unmarked << text;
+            pending.append(item->childItems());
+        }
+        QStringList data{u"(20 Ov)"_s,      u"Asha"_s, u"Dev"_s, u"Kiran"_s,
+                         u"NTH"_s,          u"Ravi"_s, u"STH"_s, m_popover->todayLabel(),
+                         m_popover->title()};
+        for (QStringList *texts : {&unmarked, &data}) {
+            texts->sort();
+            texts->removeDuplicates();
+        }
+        QCOMPARE(unmarked, data);
     }
 
     // The gear or Ctrl+, turns the body into the settings page; a team chosen there is marked

@@ -9,5 +9,5 @@ Text {
     color: Theme.yellow
     style: Text.Outline
     styleColor: Theme.background
-    Accessible.name: "Favourite"
+    Accessible.name: qsTr("Favourite")
 }

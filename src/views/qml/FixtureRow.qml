@@ -44,7 +44,7 @@ Column {
                 color: Theme.text
             }
             Item { Layout.fillWidth: true; Layout.minimumWidth: 6; Layout.preferredWidth: 6 }
-            Text { textFormat: Text.PlainText; text: "vs"; font.pixelSize: 11; color: Theme.secondary }
+            Text { textFormat: Text.PlainText; text: qsTr("vs"); font.pixelSize: 11; color: Theme.secondary }
             Item { Layout.fillWidth: true; Layout.minimumWidth: 6; Layout.preferredWidth: 6 }
             FitText {
                 Layout.rightMargin: 6

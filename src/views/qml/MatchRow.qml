@@ -31,7 +31,7 @@ Column {
     // What a screen reader says: the match in a sentence, and whether its detail is open.
     Accessible.role: Accessible.ListItem
     Accessible.name: spokenText
-    Accessible.description: opensOnTap ? (expanded ? "Expanded" : "Collapsed") : ""
+    Accessible.description: opensOnTap ? (expanded ? qsTr("Expanded") : qsTr("Collapsed")) : ""
     Accessible.onPressAction: activate()
     activeFocusOnTab: true
 
@@ -65,6 +65,7 @@ Column {
                 textFormat: Text.PlainText
                 Layout.preferredWidth: 22
                 text: row.statusIcon
+                Accessible.ignored: true // the row says its state in words
                 font.family: Theme.emoji
                 font.pixelSize: 11
                 color: Theme.text

@@ -28,7 +28,7 @@ Column {
     // What a screen reader says: the match in a sentence, and whether its detail is open.
     Accessible.role: Accessible.ListItem
     Accessible.name: spokenText
-    Accessible.description: expanded ? "Expanded" : "Collapsed"
+    Accessible.description: expanded ? qsTr("Expanded") : qsTr("Collapsed")
     Accessible.onPressAction: activate()
     activeFocusOnTab: true
 

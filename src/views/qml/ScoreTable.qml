@@ -9,7 +9,7 @@ import QtQuick.Layouts
 Column {
     id: table
     property string heading
-    property var columns: [] // [title, width], in the order of each row's figures
+    property var columns: [] // [title, width, spoken title], in the order of each row's figures
     property alias model: lines.model
     readonly property alias count: lines.count
     property bool bowling: false
@@ -17,11 +17,15 @@ Column {
     readonly property int keyFigure: bowling ? 3 : 0
     readonly property int gap: 4
     width: parent ? parent.width : 0
+    Accessible.role: Accessible.Table
+    Accessible.name: heading
 
     RowLayout {
         width: parent.width
         spacing: 0
+        Accessible.role: Accessible.Row
         Text {
+            Accessible.ignored: true
             textFormat: Text.PlainText
             Layout.fillWidth: true
             bottomPadding: 3
@@ -39,6 +43,8 @@ Column {
                 horizontalAlignment: Text.AlignRight
                 bottomPadding: 3
                 text: modelData[0]
+                Accessible.role: Accessible.ColumnHeader
+                Accessible.name: modelData[2]
                 font.pixelSize: 9
                 font.weight: Font.DemiBold
                 color: Theme.secondary
@@ -58,7 +64,14 @@ Column {
             required property bool tookWickets
             width: table.width
             spacing: 0
+            // Read as one line: "Asha, Runs 30, Balls 20, …", or "Kiran, did not bat".
+            Accessible.role: Accessible.Row
+            Accessible.name: name + ", " + (placeholder !== ""
+                                                ? placeholder
+                                                : table.columns.map((column, index) => column[2] + " "
+                                                                    + (figures[index] ?? "")).join(", "))
             Text {
+                Accessible.ignored: true
                 textFormat: Text.PlainText
                 Layout.fillWidth: true
                 topPadding: 2
@@ -72,6 +85,7 @@ Column {
             Text {
                 textFormat: Text.PlainText
                 visible: line.placeholder !== ""
+                Accessible.ignored: true
                 Layout.preferredWidth: 130
                 horizontalAlignment: Text.AlignRight
                 text: line.placeholder
@@ -86,6 +100,9 @@ Column {
                     required property var modelData
                     required property int index
                     readonly property bool key: index === table.keyFigure
+                    Accessible.role: Accessible.Cell
+                    Accessible.name: text
+                    Accessible.description: modelData[2]
                     Layout.preferredWidth: modelData[1]
                     leftPadding: table.gap
                     horizontalAlignment: Text.AlignRight

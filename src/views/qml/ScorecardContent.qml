@@ -23,7 +23,7 @@ Column {
         Text {
             textFormat: Text.PlainText
             anchors.verticalCenter: parent.verticalCenter
-            text: "Loading scorecard…"
+            text: qsTr("Loading scorecard…")
             color: Theme.secondary
             font.pixelSize: 10
         }

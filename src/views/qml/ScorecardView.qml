@@ -41,7 +41,7 @@ Column {
                 font.weight: Font.DemiBold
                 color: Theme.text
             }
-            Text { textFormat: Text.PlainText; text: "Yet to bat"; font.pixelSize: 10; color: Theme.secondary }
+            Text { textFormat: Text.PlainText; text: qsTr("Yet to bat"); font.pixelSize: 10; color: Theme.secondary }
         }
     }
 
@@ -68,16 +68,20 @@ Column {
 
     ScoreTable {
         visible: !view.card.yetToBat && count > 0
-        heading: "BATTING"
-        columns: [["R", 26], ["B", 24], ["4s", 22], ["6s", 22], ["SR", 36]]
+        heading: qsTr("BATTING")
+        columns: [[qsTr("R"), 26, qsTr("Runs")], [qsTr("B"), 24, qsTr("Balls")],
+                  [qsTr("4s"), 22, qsTr("Fours")], [qsTr("6s"), 22, qsTr("Sixes")],
+                  [qsTr("SR"), 36, qsTr("Strike rate")]]
         model: view.card.batting
     }
 
     ScoreTable {
         visible: !view.card.yetToBat && count > 0
         topPadding: 8
-        heading: "BOWLING"
-        columns: [["O", 28], ["M", 22], ["R", 26], ["W", 22], ["Econ", 34]]
+        heading: qsTr("BOWLING")
+        columns: [[qsTr("O"), 28, qsTr("Overs")], [qsTr("M"), 22, qsTr("Maidens")],
+                  [qsTr("R"), 26, qsTr("Runs")], [qsTr("W"), 22, qsTr("Wickets")],
+                  [qsTr("Econ"), 34, qsTr("Economy")]]
         model: view.card.bowling
         bowling: true
     }

@@ -19,8 +19,12 @@ Rectangle {
     border.width: activeFocus ? 2 : 1
     activeFocusOnTab: true
     Accessible.role: Accessible.PageTabList
-    Keys.onLeftPressed: bar.activated(Math.max(0, bar.currentIndex - 1))
-    Keys.onRightPressed: bar.activated(Math.min(bar.labels.length - 1, bar.currentIndex + 1))
+    function step(by: int) {
+        const next = bar.currentIndex + (LayoutMirroring.enabled ? -by : by)
+        bar.activated(Math.max(0, Math.min(bar.labels.length - 1, next)))
+    }
+    Keys.onLeftPressed: step(-1)
+    Keys.onRightPressed: step(1)
 
     Row {
         anchors.fill: parent

@@ -25,13 +25,13 @@ Item {
             Layout.fillWidth: true
             PushButton {
                 objectName: "backButton"
-                text: "Back"
+                text: qsTr("Back")
                 onClicked: page.backRequested()
             }
             Text {
                 Layout.fillWidth: true
                 textFormat: Text.PlainText
-                text: "Settings"
+                text: qsTr("Settings")
                 horizontalAlignment: Text.AlignHCenter
                 font.pixelSize: 13
                 font.weight: Font.DemiBold
@@ -42,7 +42,7 @@ Item {
 
         Text {
             textFormat: Text.PlainText
-            text: "FAVOURITE TEAM"
+            text: qsTr("FAVOURITE TEAM")
             font.pixelSize: 10
             font.weight: Font.DemiBold
             color: Theme.secondary
@@ -120,8 +120,8 @@ Item {
             Layout.topMargin: 4
             textFormat: Text.PlainText
             objectName: "alertsCaption"
-            text: page.settings.favouriteID !== "" ? "NOTIFY ME ABOUT MY TEAM'S MATCHES"
-                                                   : "NOTIFY ME ABOUT EVERY MATCH"
+            text: page.settings.favouriteID !== "" ? qsTr("NOTIFY ME ABOUT MY TEAM'S MATCHES")
+                                                   : qsTr("NOTIFY ME ABOUT EVERY MATCH")
             font.pixelSize: 10
             font.weight: Font.DemiBold
             color: Theme.secondary
@@ -129,21 +129,21 @@ Item {
         ToggleRow {
             objectName: "notifyStarts"
             Layout.fillWidth: true
-            text: "When a match starts"
+            text: qsTr("When a match starts")
             on: page.settings.notifyStarts
             onToggled: page.settings.notifyStarts = !on
         }
         ToggleRow {
             objectName: "notifyWickets"
             Layout.fillWidth: true
-            text: "When a wicket falls"
+            text: qsTr("When a wicket falls")
             on: page.settings.notifyWickets
             onToggled: page.settings.notifyWickets = !on
         }
         ToggleRow {
             objectName: "notifyResults"
             Layout.fillWidth: true
-            text: "When a match ends"
+            text: qsTr("When a match ends")
             on: page.settings.notifyResults
             onToggled: page.settings.notifyResults = !on
         }
@@ -151,7 +151,7 @@ Item {
         ToggleRow {
             objectName: "startAtLogin"
             Layout.fillWidth: true
-            text: "Start at login"
+            text: qsTr("Start at login")
             on: page.settings.startAtLogin
             onToggled: page.settings.startAtLogin = !on
         }

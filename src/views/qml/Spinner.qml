@@ -8,6 +8,8 @@ SymbolIcon {
     height: 18
     name: "arrow.2.circlepath"
     color: Theme.secondary
+    Accessible.role: Accessible.Animation
+    Accessible.name: qsTr("Loading")
     RotationAnimator on rotation {
         running: spinner.visible
         from: 0

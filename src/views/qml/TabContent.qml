@@ -30,7 +30,7 @@ Item {
         PushButton {
             objectName: "retryButton"
             anchors.horizontalCenter: parent.horizontalCenter
-            text: "Retry"
+            text: qsTr("Retry")
             onClicked: content.controller.retry(content.tab.tab)
         }
     }

@@ -13,6 +13,9 @@ Rectangle {
     height: 500
     color: Theme.background
     focus: true
+    // Right-to-left languages (or -reverse) mirror the whole popover, arrow keys included.
+    LayoutMirroring.enabled: root.controller.mirrored
+    LayoutMirroring.childrenInherit: true
 
     Keys.onEscapePressed: root.closeRequested()
     Keys.onPressed: (event) => {
@@ -25,8 +28,12 @@ Rectangle {
             event.accepted = true
         }
     }
-    Keys.onLeftPressed: controller.activeTab = Math.max(Popover.Tab.Results, controller.activeTab - 1)
-    Keys.onRightPressed: controller.activeTab = Math.min(Popover.Tab.Fixtures, controller.activeTab + 1)
+    function stepTab(step: int) {
+        const next = controller.activeTab + (LayoutMirroring.enabled ? -step : step)
+        controller.activeTab = Math.max(Popover.Tab.Results, Math.min(Popover.Tab.Fixtures, next))
+    }
+    Keys.onLeftPressed: stepTab(-1)
+    Keys.onRightPressed: stepTab(1)
     Keys.onReturnPressed: (event) => event.accepted = controller.retryIfFailed()
     Keys.onEnterPressed: (event) => event.accepted = controller.retryIfFailed()
 
@@ -76,18 +83,18 @@ Rectangle {
                 objectName: "refreshButton"
                 flat: true
                 symbol: "arrow.clockwise"
-                text: "Refresh"
+                text: qsTr("Refresh")
                 onClicked: root.controller.refresh()
-                HoverTip { text: "Refresh" }
+                HoverTip { text: qsTr("Refresh") }
             }
             PushButton {
                 objectName: "settingsButton"
                 visible: root.controller.settings !== null
                 flat: true
                 symbol: "gearshape"
-                text: "Settings"
+                text: qsTr("Settings")
                 onClicked: root.controller.settingsOpen = !root.controller.settingsOpen
-                HoverTip { text: "Settings" }
+                HoverTip { text: qsTr("Settings") }
             }
         }
 
