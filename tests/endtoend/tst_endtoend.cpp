@@ -403,6 +403,23 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(focused(), u"push button\tRefresh"_s, 5000);
         m_desktop.key(u"Tab"_s);
         QTRY_COMPARE_WITH_TIMEOUT(focused(), u"push button\tSettings"_s, 5000);
+        // On through the tabs to the result, which Space opens into a table of named columns.
+        for (int presses = 0; presses < 6 && !focused().startsWith(u"list item"_s); ++presses) {
+            m_desktop.key(u"Tab"_s);
+            QTest::qWait(300);
+        }
+        QVERIFY2(focused().startsWith(u"list item\tResult: "_s), qPrintable(tree()));
+        m_desktop.key(u"space"_s);
+        static const QRegularExpression opened(
+            u"\tlist item\tResult: [^\t]+\t[^\t]*focused[^\t]*\tExpanded\n"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(opened.match(tree()).hasMatch(), 10000);
+        // Its scorecard: tables whose columns have their full names, read a batter at a time.
+        const QString card = tree();
+        QVERIFY2(card.contains(u"\ttable\tBATTING\t"_s), qPrintable(card));
+        QVERIFY(card.contains(u"\ttable column header\tStrike rate\t"_s));
+        static const QRegularExpression batter(
+            u"\ttable row\t[^\t,]+, Runs \\d+, Balls \\d+, Fours \\d+, Sixes \\d+, Strike rate "_s);
+        QVERIFY(batter.match(card).hasMatch());
     }
 
     // The records of each batch the simulator's ingest received, in order.
