@@ -87,13 +87,10 @@ void SignalManager::processSignal(const QString &signalType,
         &m_mainThread,
         [=, this] {
             // The first signals wait for the desktop's settings, so that they report them.
-            const auto build = [=, this] {
-                buildRecord(signalType, parameters, floatValue, customUserID, configuration);
-            };
             if (DesktopAccessibility *desktop = DesktopAccessibility::instance())
-                desktop->whenRead(&m_mainThread, build);
-            else
-                build();
+                desktop->whenRead(&m_mainThread, [=, this] {
+                    buildRecord(signalType, parameters, floatValue, customUserID, configuration);
+                });
         },
         Qt::QueuedConnection);
 }

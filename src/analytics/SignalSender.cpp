@@ -36,7 +36,6 @@ void SignalSender::start()
 {
     m_network = new QNetworkAccessManager(this);
     m_timer = new QTimer(this);
-    m_timer->setTimerType(Qt::PreciseTimer);
     connect(m_timer, &QTimer::timeout, this, &SignalSender::attemptToSendNextBatch);
     m_timer->start(sendIntervalMs);
 }

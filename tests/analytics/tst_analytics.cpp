@@ -509,6 +509,9 @@ private slots:
         QTest::newRow("413") << FixtureResponse{413, "{}", 100ms}
                              << u"Payload is too large (413)"_s;
         QTest::newRow("500") << FixtureResponse{500, "{}", 100ms} << u"Invalid status code 500"_s;
+        QTest::newRow("cut short")
+            << FixtureResponse{200, "{}", 100ms, FixtureResponse::Delivery::DropMidBody}
+            << u"closed"_s;
         QTest::newRow("endless answer")
             << FixtureResponse{200, "{}", 100ms, FixtureResponse::Delivery::Endless}
             << u"The ingest's answer was too large or too slow"_s;
@@ -803,6 +806,9 @@ private slots:
         QTest::newRow("a first week of one day, in January")
             << QDateTime(QDate(2022, 1, 1), QTime(9, 0), zone) << u"en_US"_s
             << QStringList{u"6"_s, u"true"_s, u"10"_s, u"1"_s, u"1"_s};
+        QTest::newRow("New Year's Day in the last week of the year before")
+            << QDateTime(QDate(2021, 1, 1), QTime(9, 0), zone) << u"de_DE"_s
+            << QStringList{u"5"_s, u"false"_s, u"10"_s, u"53"_s, u"1"_s};
         QTest::newRow("first of April")
             << QDateTime(QDate(2026, 4, 1), QTime(12, 0), zone) << u"de_DE"_s
             << QStringList{u"3"_s, u"false"_s, u"13"_s, u"14"_s, u"2"_s};
@@ -879,6 +885,8 @@ private slots:
         QTest::newRow("second launch of the day")
             << QList<int>{1} << QVariant() << QStringList{u"2026-11-20"_s, u"2026-11-21"_s} << 1
             << qint64(0) << 2;
+        QTest::newRow("one earlier day, stored as text")
+            << QList<int>{1} << QVariant() << QStringList{u"2026-11-20"_s} << 1 << qint64(0) << 2;
         QTest::newRow("a count at the integer's end")
             << QList<int>{100, 95} << QVariant(most - 1) << QStringList{} << 0 << most << 1;
         QTest::newRow("a count that is no number")
@@ -906,6 +914,7 @@ private slots:
         QFETCH(int, kept);
         QCOMPARE(rig.manager->previousSessionSeconds(),
                  kept >= 2 ? std::optional(60) : std::optional<int>());
+        QCOMPARE(rig.manager->averageSessionSeconds(), kept >= 2 ? 60 : 0);
         QTEST(rig.stored(u"deletedSessionsCount"_s).toLongLong(), "deletedAfter");
         const QStringList days = rig.store()->value(u"distinctDaysUsed"_s).toStringList();
         QTEST(int(days.size()), "daysAfter");
