@@ -485,6 +485,10 @@
         <comment>days and hours</comment>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Live</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>TabContent</name>

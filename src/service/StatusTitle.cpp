@@ -172,6 +172,13 @@ std::optional<QString> StatusTitle::shortTossText(const ZelMatch &match)
                                  : tr("%1 chose to bat").arg(code);
 }
 
+QString StatusTitle::inWords(const Line &title, const QString &offlineNote)
+{
+    const QString state = title.state == State::Live ? tr("Live") : QString();
+    return state.isEmpty() || offlineNote.isEmpty() ? state + offlineNote
+                                                    : state + u'\n' + offlineNote;
+}
+
 QString StatusTitle::countdown(const QDateTime &start, const QDateTime &now)
 {
     const qint64 remaining = now.msecsTo(start);

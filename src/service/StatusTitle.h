@@ -41,6 +41,9 @@ public:
     static QString shortScoreWithOvers(const QString &summary);
     static std::optional<QString> shortTossText(const ZelMatch &match);
     static QString countdown(const QDateTime &start, const QDateTime &now);
+    // What the title shows only by its red circle, in words for a tool tip and a screen reader;
+    // the offline note after it.
+    static QString inWords(const Line &title, const QString &offlineNote);
 
 private:
     static Line composeByRules(Schedule today, Schedule fixtures, const QDateTime &now,

@@ -108,35 +108,43 @@ private slots:
     }
 
     // What a panel reads from the item: the title without the bat as the label, the whole
-    // title, as plain text, in the tool tip.
+    // title, as plain text, in the tool tip, and there what its red circle means in words.
     void itemPublishesTheTitle_data()
     {
+        using State = StatusTitle::State;
         QTest::addColumn<QString>("title");
+        QTest::addColumn<int>("state");
         QTest::addColumn<QString>("label");
-        QTest::addRow("idle") << u"\U0001F3CF"_s << QString();
-        QTest::addRow("live") << u"\U0001F3CF  NTH \U0001F534 45/2 (6.3)"_s
-                              << u"NTH \U0001F534 45/2 (6.3)"_s;
-        QTest::addRow("a result in markup")
-            << u"\U0001F3CF  <b>NTH</b> won"_s << u"<b>NTH</b> won"_s;
-        QTest::addRow("no bat is left as it is") << u"Zel"_s << u"Zel"_s;
+        QTest::addColumn<QString>("words");
+        QTest::addRow("idle") << u"\U0001F3CF"_s << int(State::Quiet) << QString() << QString();
+        QTest::addRow("live") << u"\U0001F3CF  NTH \U0001F534 45/2 (6.3)"_s << int(State::Live)
+                              << u"NTH \U0001F534 45/2 (6.3)"_s << u"Live"_s;
+        QTest::addRow("a result in markup") << u"\U0001F3CF  <b>NTH</b> won"_s << int(State::Quiet)
+                                            << u"<b>NTH</b> won"_s << QString();
+        QTest::addRow("no bat is left as it is")
+            << u"Zel"_s << int(State::Delayed) << u"Zel"_s << QString();
     }
 
     void itemPublishesTheTitle()
     {
         QFETCH(QString, title);
+        QFETCH(int, state);
         QFETCH(QString, label);
         StatusNotifierItem item(QImage(16, 16, QImage::Format_ARGB32),
                                 [] { return QList<MenuEntry>(); });
         item.setTitle({});
         QSignalSpy announced(&item, &StatusNotifierItem::XAyatanaNewLabel);
-        item.setTitle({title, StatusTitle::State::Quiet});
-        item.setTitle({title, StatusTitle::State::Quiet});
+        item.setTitle({title, StatusTitle::State(state)});
+        item.setTitle({title, StatusTitle::State(state)});
         QCOMPARE(announced.count(), 1);
         QCOMPARE(announced.first().first().toString(), label);
         QCOMPARE(item.label(), label);
         QTextDocument tip;
         tip.setHtml(item.toolTip().title);
         QCOMPARE(tip.toPlainText(), title.simplified()); // markup folds the double space
+        QTEST(item.toolTip().description, "words");
+        item.setOfflineNote(u"<Offline>"_s);
+        QVERIFY(item.toolTip().description.endsWith(u"&lt;Offline&gt;"_s));
     }
 
     void dotGoesGreyWhileOffline_data()

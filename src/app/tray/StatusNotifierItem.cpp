@@ -81,9 +81,10 @@ QString StatusNotifierItem::labelOf(const QString &title)
 
 void StatusNotifierItem::setTitle(const StatusTitle::Line &title)
 {
-    if (title.text == m_title)
+    if (title.text == m_title && title.state == m_state)
         return;
     m_title = title.text;
+    m_state = title.state;
     emit XAyatanaNewLabel(label(), labelGuide());
     emit NewToolTip();
 }
@@ -99,7 +100,10 @@ void StatusNotifierItem::setOfflineNote(const QString &note)
 // Hosts may read tool tips as markup, and these texts come from the network.
 DBusToolTip StatusNotifierItem::toolTip() const
 {
-    return {iconName(), {}, m_title.toHtmlEscaped(), m_offlineNote.toHtmlEscaped()};
+    return {iconName(),
+            {},
+            m_title.toHtmlEscaped(),
+            StatusTitle::inWords({m_title, m_state}, m_offlineNote).toHtmlEscaped()};
 }
 
 QString StatusNotifierItem::labelGuide() const

@@ -86,5 +86,6 @@ private:
     DBusMenuExporter m_menu;
     DBusImageList m_icon;
     QString m_title;
+    StatusTitle::State m_state = StatusTitle::State::Quiet;
     QString m_offlineNote;
 };

@@ -36,9 +36,8 @@ void TrayIconStatusItem::setOfflineNote(const QString &note)
 
 void TrayIconStatusItem::show()
 {
-    QString tip = m_title.text;
-    if (!m_offlineNote.isEmpty())
-        tip += u'\n' + m_offlineNote;
+    const QString words = StatusTitle::inWords(m_title, m_offlineNote);
+    const QString tip = words.isEmpty() ? m_title.text : m_title.text + u'\n' + words;
     // As rich text that says exactly the plain text, so that no markup in it is ever drawn.
     m_icon.setToolTip(Qt::convertFromPlainText(tip, Qt::WhiteSpaceNoWrap));
     const StatusTitle::State state = m_title.state;
