@@ -420,6 +420,12 @@ private slots:
         static const QRegularExpression batter(
             u"\ttable row\t[^\t,]+, Runs \\d+, Balls \\d+, Fours \\d+, Sixes \\d+, Strike rate "_s);
         QVERIFY(batter.match(card).hasMatch());
+        // The innings switch is next; Right picks the second innings.
+        m_desktop.key(u"Tab"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"page tab list\t"_s, 5000);
+        m_desktop.key(u"Right"_s);
+        static const QRegularExpression second(u"\tpage tab\t2nd [^\t]*\t[^\t]*,selected,"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(second.match(tree()).hasMatch(), 5000);
     }
 
     // The records of each batch the simulator's ingest received, in order.
