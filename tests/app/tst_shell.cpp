@@ -78,33 +78,32 @@ private slots:
     void placement_data()
     {
         QTest::addColumn<QRect>("anchor");
+        QTest::addColumn<QRect>("available");
         QTest::addColumn<QPoint>("expected");
         // The screen below a 24 px panel at the top: (0, 24) to (1279, 799).
-        QTest::addRow("centred under an icon") << QRect(600, 0, 24, 24) << QPoint(421, 28);
-        QTest::addRow("kept off the right edge") << QRect(1256, 0, 24, 24) << QPoint(900, 28);
-        QTest::addRow("kept off the left edge") << QRect(0, 0, 24, 24) << QPoint(0, 28);
+        const QRect screen(0, 24, 1280, 776);
+        QTest::addRow("centred under an icon")
+            << QRect(600, 0, 24, 24) << screen << QPoint(421, 28);
+        QTest::addRow("kept off the right edge")
+            << QRect(1256, 0, 24, 24) << screen << QPoint(900, 28);
+        QTest::addRow("kept off the left edge") << QRect(0, 0, 24, 24) << screen << QPoint(0, 28);
         QTest::addRow("above an icon in a bottom panel")
-            << QRect(600, 776, 24, 24) << QPoint(421, 272);
-        QTest::addRow("a click point") << QRect(700, 200, 1, 1) << QPoint(510, 205);
+            << QRect(600, 776, 24, 24) << screen << QPoint(421, 272);
+        QTest::addRow("a click point") << QRect(700, 200, 1, 1) << screen << QPoint(510, 205);
         QTest::addRow("no room either way stays on screen")
-            << QRect(700, 400, 1, 1) << QPoint(510, 300);
+            << QRect(700, 400, 1, 1) << screen << QPoint(510, 300);
+        QTest::addRow("a screen smaller than the popover shows its top left")
+            << QRect(100, 0, 24, 24) << QRect(0, 0, 320, 240) << QPoint(0, 0);
     }
 
     void placement()
     {
         QFETCH(QRect, anchor);
+        QFETCH(QRect, available);
         QFETCH(QPoint, expected);
-        const QRect available(0, 24, 1280, 776);
         const QPoint placed = PopoverWindow::placement(anchor, PopoverWindow::size, available);
         QCOMPARE(placed, expected);
-        QVERIFY(available.contains(QRect(placed, PopoverWindow::size)));
-    }
-
-    void placementOnATinyScreenKeepsTheTopLeftVisible()
-    {
-        const QPoint placed = PopoverWindow::placement(QRect(100, 0, 24, 24), PopoverWindow::size,
-                                                       QRect(0, 0, 320, 240));
-        QCOMPARE(placed, QPoint(0, 0));
+        QVERIFY(available.width() < 380 || available.contains(QRect(placed, PopoverWindow::size)));
     }
 
     // What a panel reads from the item: the title without the bat as the label, the whole

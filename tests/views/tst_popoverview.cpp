@@ -52,6 +52,16 @@ const QByteArray fixtures = R"json({"matches": [
     {"matchID": 41, "status": "upcoming", "startTime": "2026-11-23T19:30:00+05:30"},
     {"matchID": 42, "status": "upcoming", "startTime": "2026-11-24T19:30:00+05:30"}]})json";
 
+// Today as so many finished matches, numbered from 101.
+QByteArray finishedMatches(int count)
+{
+    QByteArray body = R"({"matches": [)";
+    for (int id = 101; id < 101 + count; ++id)
+        body += (id > 101 ? "," : "") + QByteArray(R"({"matchID": )") + QByteArray::number(id) +
+                R"(, "status": "finished", "startTime": "2026-11-22T09:30:00+05:30"})";
+    return body + "]}";
+}
+
 QQuickItem *child(QQuickItem *root, const char *name)
 {
     return root->findChild<QQuickItem *>(QLatin1StringView(name));
@@ -255,11 +265,8 @@ private slots:
 
     void openedRowAndScrollSurviveAReloadThatKeepsTheirMatches()
     {
-        QByteArray many = R"({"matches": [)";
-        for (int id = 101; id <= 124; ++id)
-            many += (id > 101 ? "," : "") + QByteArray(R"({"matchID": )") + QByteArray::number(id) +
-                    R"(, "status": "finished", "startTime": "2026-11-22T09:30:00+05:30"})";
-        m_server->script("/api/matches/today", {200, many + "]}"});
+        QByteArray many = finishedMatches(24);
+        m_server->script("/api/matches/today", {200, many});
         m_popover->refresh();
         QVERIFY(settled());
         QQuickItem *list = tab("todayTab")->property("list").value<QQuickItem *>();
@@ -302,11 +309,7 @@ private slots:
     // scrolled far away.
     void rowStateOutlivesItsDelegate()
     {
-        QByteArray many = R"({"matches": [)";
-        for (int id = 101; id <= 160; ++id)
-            many += (id > 101 ? "," : "") + QByteArray(R"({"matchID": )") + QByteArray::number(id) +
-                    R"(, "status": "finished", "startTime": "2026-11-22T09:30:00+05:30"})";
-        m_server->script("/api/matches/today", {200, many + "]}"});
+        m_server->script("/api/matches/today", {200, finishedMatches(60)});
         m_popover->refresh();
         QVERIFY(settled());
         QQuickItem *list = tab("todayTab")->property("list").value<QQuickItem *>();
@@ -375,8 +378,10 @@ private slots:
         QTRY_VERIFY(badge->property("showsLogo").toBool());
     }
 
-    void highlightFollowsTheActiveTab()
+    // Clicks and arrows switch tabs, the highlight follows, and Escape asks to close.
+    void tabsFollowClicksAndKeys()
     {
+        QSignalSpy closed(m_view->rootObject(), SIGNAL(closeRequested()));
         QQuickItem *bar = tab("tabBar");
         const auto clickSegment = [&](int index) {
             const QPointF at =
@@ -386,23 +391,16 @@ private slots:
         clickSegment(0);
         QCOMPARE(m_popover->activeTab(), Popover::Tab::Results);
         m_view->rootObject()->forceActiveFocus();
-        QTest::keyClick(m_view.get(), Qt::Key_Right);
-        QCOMPARE(m_popover->activeTab(), Popover::Tab::Today);
-        QCOMPARE(bar->property("currentIndex").toInt(), int(m_popover->activeTab()));
-        clickSegment(2);
-        QTest::keyClick(m_view.get(), Qt::Key_Left);
-        QCOMPARE(bar->property("currentIndex").toInt(), int(Popover::Tab::Today));
-    }
-
-    void keyboardSwitchesTabsAndEscapeCloses()
-    {
-        QSignalSpy closed(m_view->rootObject(), SIGNAL(closeRequested()));
-        m_view->rootObject()->forceActiveFocus();
         QTest::keyClick(m_view.get(), Qt::Key_Left);
         QCOMPARE(m_popover->activeTab(), Popover::Tab::Results);
         QTest::keyClick(m_view.get(), Qt::Key_Right);
+        QCOMPARE(m_popover->activeTab(), Popover::Tab::Today);
+        QCOMPARE(bar->property("currentIndex").toInt(), int(m_popover->activeTab()));
+        QTest::keyClick(m_view.get(), Qt::Key_Right);
         QTest::keyClick(m_view.get(), Qt::Key_Right);
         QCOMPARE(m_popover->activeTab(), Popover::Tab::Fixtures);
+        clickSegment(1);
+        QCOMPARE(bar->property("currentIndex").toInt(), int(Popover::Tab::Today));
         QTest::keyClick(m_view.get(), Qt::Key_Escape);
         QCOMPARE(closed.count(), 1);
     }
