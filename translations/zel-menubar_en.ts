@@ -281,6 +281,14 @@
         <comment>did not bat</comment>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>yet to bat</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>did not bat</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ScorecardPresenter</name>

@@ -21,6 +21,8 @@ QVariant ScoreTableModel::data(const QModelIndex &index, int role) const
         return row.dim;
     case PlaceholderRole:
         return row.placeholder;
+    case SpokenPlaceholderRole:
+        return row.spokenPlaceholder;
     case TookWicketsRole:
         return row.tookWickets;
     }
@@ -29,8 +31,13 @@ QVariant ScoreTableModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> ScoreTableModel::roleNames() const
 {
-    return {{NameRole, "name"}, {FiguresRole, "figures"},         {StrongRole, "strong"},
-            {DimRole, "dim"},   {PlaceholderRole, "placeholder"}, {TookWicketsRole, "tookWickets"}};
+    return {{NameRole, "name"},
+            {FiguresRole, "figures"},
+            {StrongRole, "strong"},
+            {DimRole, "dim"},
+            {PlaceholderRole, "placeholder"},
+            {TookWicketsRole, "tookWickets"},
+            {SpokenPlaceholderRole, "spokenPlaceholder"}};
 }
 
 void ScoreTableModel::setRows(QList<Row> rows)

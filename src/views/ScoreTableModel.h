@@ -17,15 +17,17 @@ public:
         StrongRole,
         DimRole,
         PlaceholderRole,
+        SpokenPlaceholderRole,
         TookWicketsRole
     };
 
     struct Row {
         QString name;
         QStringList figures;
-        bool strong = false; // a batter at the crease or not out; the bowler on
-        bool dim = false;    // a batter out or yet to bat
-        QString placeholder; // "—" or "DNB" in place of the figures
+        bool strong = false;       // a batter at the crease or not out; the bowler on
+        bool dim = false;          // a batter out or yet to bat
+        QString placeholder;       // "—" or "DNB" in place of the figures
+        QString spokenPlaceholder; // the same in words, for a screen reader
         bool tookWickets = false;
         bool operator==(const Row &) const = default;
     };

@@ -104,6 +104,9 @@ void ScorecardModel::showInnings(const ZelMatch &match, const ZelScorecard &card
              .placeholder = state == State::Waiting     ? QStringLiteral("\u2014")
                             : state == State::DidNotBat ? tr("DNB", "did not bat")
                                                         : QString(),
+             .spokenPlaceholder = state == State::Waiting     ? tr("yet to bat")
+                                  : state == State::DidNotBat ? tr("did not bat")
+                                                              : QString(),
              .tookWickets = false});
     }
     QList<ScoreTableModel::Row> bowling;
@@ -114,6 +117,7 @@ void ScorecardModel::showInnings(const ZelMatch &match, const ZelScorecard &card
              .strong = ScorecardPresenter::isCurrentBowler(match, entry),
              .dim = false,
              .placeholder = {},
+             .spokenPlaceholder = {},
              .tookWickets = ScorecardPresenter::tookWickets(entry)});
     }
     m_batting.setRows(std::move(batting));

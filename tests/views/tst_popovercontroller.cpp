@@ -120,7 +120,7 @@ private slots:
         QCOMPARE(card.inningsLabels(), QStringList({u"1st \u00B7 NTH"_s, u"2nd \u00B7 STH"_s}));
         QCOMPARE(card.score(), u"50/1"_s);
         QCOMPARE(card.overs(), u"6.2 Ov"_s);
-        // Per row: strong, dim, took wickets, placeholder, first figure.
+        // Per row: strong, dim, took wickets, placeholder and its words, first figure.
         const auto rows = [](const ScoreTableModel &table) {
             QStringList shown;
             for (int row = 0; row < table.rowCount(); ++row) {
@@ -130,14 +130,15 @@ private slots:
                 shown << u"%1%2%3 %4 %5"_s.arg(int(cell(ScoreTableModel::StrongRole).toBool()))
                              .arg(int(cell(ScoreTableModel::DimRole).toBool()))
                              .arg(int(cell(ScoreTableModel::TookWicketsRole).toBool()))
-                             .arg(cell(ScoreTableModel::PlaceholderRole).toString(),
+                             .arg(cell(ScoreTableModel::PlaceholderRole).toString() +
+                                      cell(ScoreTableModel::SpokenPlaceholderRole).toString(),
                                   cell(ScoreTableModel::FiguresRole).toStringList().value(0));
             }
             return shown;
         };
         // The striker stands out despite "(c)"; the one out and the one waiting are dimmed.
         QCOMPARE(rows(*card.batting()),
-                 (QStringList{u"100  30"_s, u"010  2"_s, u"010 \u2014 0"_s}));
+                 (QStringList{u"100  30"_s, u"010  2"_s, u"010 \u2014yet to bat 0"_s}));
         QCOMPARE(rows(*card.bowling()), QStringList{u"001  1.2"_s});
         card.setChosenInnings(1);
         QCOMPARE(card.isYetToBat(), true);

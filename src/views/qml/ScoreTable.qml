@@ -61,13 +61,14 @@ Column {
             required property bool strong
             required property bool dim
             required property string placeholder
+            required property string spokenPlaceholder
             required property bool tookWickets
             width: table.width
             spacing: 0
             // Read as one line: "Asha, Runs 30, Balls 20, …", or "Kiran, did not bat".
             Accessible.role: Accessible.Row
-            Accessible.name: name + ", " + (placeholder !== ""
-                                                ? placeholder
+            Accessible.name: name + ", " + (spokenPlaceholder !== ""
+                                                ? spokenPlaceholder
                                                 : table.columns.map((column, index) => column[2] + " "
                                                                     + (figures[index] ?? "")).join(", "))
             Text {
