@@ -158,6 +158,9 @@ private slots:
         QTest::newRow("matchID beyond 64 bits")
             << QByteArray(R"({"matches": [{"matchID": 9223372036854775808}]})")
             << R"("matches[0].matchID" should be an integer but is a number)";
+        QTest::newRow("matchID of 2^63 written as a decimal")
+            << QByteArray(R"({"matches": [{"matchID": 9223372036854775808.0}]})")
+            << R"("matches[0].matchID" should be an integer but is a number)";
         QTest::newRow("element not an object")
             << QByteArray(R"({"matches": [{"matchID": 1}, 2]})")
             << R"("matches[1]" should be an object but is a number)";
