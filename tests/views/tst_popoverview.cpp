@@ -405,6 +405,23 @@ private slots:
         QCOMPARE(closed.count(), 1);
     }
 
+    // Right to left, the popover is mirrored: Results on the right, and Left moves on.
+    void mirroredLayout()
+    {
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+        const auto restore =
+            qScopeGuard([] { QGuiApplication::setLayoutDirection(Qt::LeftToRight); });
+        cleanup();
+        init();
+        const auto left = [this](const QString &label) {
+            return textItem(tab("tabBar"), label)->mapToScene(QPointF(0, 0)).x();
+        };
+        QVERIFY(left(u"Results"_s) > left(u"Today"_s));
+        m_view->rootObject()->forceActiveFocus();
+        QTest::keyClick(m_view.get(), Qt::Key_Left);
+        QCOMPARE(m_popover->activeTab(), Popover::Tab::Fixtures);
+    }
+
     // Every word the popover shows goes through the translator: each comes back marked but the
     // league's own data (codes, scores, names, notes) and the locale's dates.
     void everyTextIsTranslatable()
