@@ -1,4 +1,3 @@
-#include "FailureText.h"
 #include "ZelScorecard.h"
 
 #include <QTest>
@@ -169,7 +168,7 @@ private slots:
         const QByteArray json = QByteArray(R"({"innings": [)") + innings(2) + "," +
                                 innings(1, R"(, "extra": 1)") + "]}";
         const auto result = ZelScorecard::fromJson(json);
-        QVERIFY2(result.isOk(), failureText(result));
+        QVERIFY2(result.isOk(), qPrintable(result.isOk() ? QString() : result.error().description));
         const auto &all = result.value().innings;
         QCOMPARE(all.size(), 2);
         QCOMPARE(all[0].id(), 2);
