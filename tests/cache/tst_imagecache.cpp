@@ -224,6 +224,7 @@ private slots:
             << true;
         QTest::newRow("403") << FixtureResponse{403, "not for you"} << false;
         QTest::newRow("404") << FixtureResponse{404, "no such logo"} << false;
+        QTest::newRow("a logo under a 300") << FixtureResponse{300, encoded("PNG")} << false;
         QTest::newRow("not an image") << FixtureResponse{200, "<html>moved</html>"} << false;
     }
 
