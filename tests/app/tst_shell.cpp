@@ -198,6 +198,12 @@ private slots:
                     "<sparkle:releaseNotesLink>https://zel.example/notes</sparkle:releaseNotesLink>"
                     "</item>")
             << u"7"_s << u"https://zel.example/notes"_s;
+        QTest::addRow("of two equal versions, the first listed")
+            << feed("<item><sparkle:shortVersionString>1.0</sparkle:shortVersionString>"
+                    "<link>https://zel.example/first</link></item><item><sparkle:"
+                    "shortVersionString>1.0.0</sparkle:shortVersionString>"
+                    "<link>https://zel.example/second</link></item>")
+            << u"1.0"_s << u"https://zel.example/first"_s;
         QTest::addRow("a page that is not on the web is dropped")
             << feed("<item><sparkle:shortVersionString>2.0</sparkle:shortVersionString>"
                     "<link>file:///etc/passwd</link></item>")
