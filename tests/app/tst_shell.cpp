@@ -129,8 +129,18 @@ private slots:
         QFETCH(QString, title);
         QFETCH(int, state);
         QFETCH(QString, label);
-        StatusNotifierItem item(QImage(16, 16, QImage::Format_ARGB32),
-                                [] { return QList<MenuEntry>(); });
+        QImage icon(16, 16, QImage::Format_ARGB32);
+        icon.fill(QColor(0x11, 0x22, 0x33));
+        StatusNotifierItem item(icon, [] { return QList<MenuEntry>(); });
+        // Each size as ARGB bytes in network order, row by row.
+        QStringList pixmaps;
+        for (const DBusImage &image : item.iconPixmap())
+            pixmaps << u"%1x%2 %3 %4"_s.arg(image.width)
+                           .arg(image.height)
+                           .arg(image.pixels.size())
+                           .arg(QString::fromLatin1(image.pixels.left(4).toHex()));
+        QCOMPARE(pixmaps, (QStringList{u"16x16 1024 ff112233"_s, u"22x22 1936 ff112233"_s,
+                                       u"32x32 4096 ff112233"_s, u"48x48 9216 ff112233"_s}));
         item.setTitle({});
         QSignalSpy announced(&item, &StatusNotifierItem::XAyatanaNewLabel);
         item.setTitle({title, StatusTitle::State(state)});
@@ -142,7 +152,9 @@ private slots:
         tip.setHtml(item.toolTip().title);
         QCOMPARE(tip.toPlainText(), title.simplified()); // markup folds the double space
         QTEST(item.toolTip().description, "words");
+        QSignalSpy newTip(&item, &StatusNotifierItem::NewToolTip);
         item.setOfflineNote(u"<Offline>"_s);
+        QCOMPARE(newTip.count(), 1);
         QVERIFY(item.toolTip().description.endsWith(u"&lt;Offline&gt;"_s));
     }
 
