@@ -56,6 +56,10 @@ private slots:
             << QList<ZelMatch>{match("upcoming", in(-5), "Rain", "LAT", "ERL"),
                                match("upcoming", in(-20), "Rain", "EAR", "LY")}
             << QList<ZelMatch>{} << bat + "  EAR vs LY \u2022 Delayed";
+        QTest::newRow("of two delays at one start, the first listed")
+            << QList<ZelMatch>{match("upcoming", in(-5), "Rain", "FIR", "ST"),
+                               match("upcoming", in(-5), "Rain", "SEC", "ND")}
+            << QList<ZelMatch>{} << bat + "  FIR vs ST \u2022 Delayed";
         QTest::newRow("a delay from yesterday is not today's")
             << QList<ZelMatch>{match("upcoming", "2026-11-21T23:59:00+05:30", "Rain"),
                                match("upcoming", in(90))}
