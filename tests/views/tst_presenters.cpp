@@ -294,6 +294,11 @@ private slots:
         toss.firstBattingTeamCode.clear();
         QTest::newRow("before the first ball, even with innings")
             << toss << 1 << 0 << u"1st"_s << u"AHA"_s;
+        toss = match("live");
+        toss.currentInnings = "1";
+        toss.firstBattingTeamCode.clear();
+        QTest::newRow("before the first ball, the home side batting first")
+            << toss << 1 << 0 << u"1st"_s << u"HAA"_s;
         QTest::newRow("finished with one innings")
             << match("finished") << 1 << 0 << u"1st \u00B7 NTH"_s << u"-AA"_s;
     }
