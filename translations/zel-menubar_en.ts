@@ -513,6 +513,13 @@
     </message>
 </context>
 <context>
+    <name>TeamSide</name>
+    <message>
+        <source>%1 logo</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>TodayPresenter</name>
     <message>
         <source>Results</source>

@@ -393,6 +393,8 @@ private slots:
         static const QRegularExpression row(
             u"\tlist item\t(Result: [^\t]+)\t[^\t]*\tCollapsed\n"_s);
         QVERIFY2(row.match(shown).hasMatch(), qPrintable(shown));
+        static const QRegularExpression badge(u"\timage\t[A-Z]+ logo\t"_s);
+        QVERIFY2(badge.match(shown).hasMatch(), qPrintable(shown));
         // Tab reaches the flat tool buttons of the header, which the reader hears focused.
         const auto focused = [&] {
             static const QRegularExpression line(

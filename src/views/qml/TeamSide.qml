@@ -19,6 +19,8 @@ Row {
         anchors.verticalCenter: parent.verticalCenter
         url: parent.logo
         placeholderColor: Theme.placeholder
+        Accessible.role: Accessible.Graphic
+        Accessible.name: qsTr("%1 logo").arg(side.code)
         FavouriteMark {
             visible: side.favourite
             anchors.top: parent.top
