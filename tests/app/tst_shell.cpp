@@ -143,18 +143,21 @@ private slots:
                                        u"32x32 4096 ff112233"_s, u"48x48 9216 ff112233"_s}));
         item.setTitle({});
         QSignalSpy announced(&item, &StatusNotifierItem::XAyatanaNewLabel);
+        QSignalSpy newTip(&item, &StatusNotifierItem::NewToolTip);
+        // The same text in another state changes the tool tip, not the label.
+        item.setTitle({title, StatusTitle::State(state == 0 ? 1 : 0)});
         item.setTitle({title, StatusTitle::State(state)});
         item.setTitle({title, StatusTitle::State(state)});
         QCOMPARE(announced.count(), 1);
+        QCOMPARE(newTip.count(), 2);
         QCOMPARE(announced.first().first().toString(), label);
         QCOMPARE(item.label(), label);
         QTextDocument tip;
         tip.setHtml(item.toolTip().title);
         QCOMPARE(tip.toPlainText(), title.simplified()); // markup folds the double space
         QTEST(item.toolTip().description, "words");
-        QSignalSpy newTip(&item, &StatusNotifierItem::NewToolTip);
         item.setOfflineNote(u"<Offline>"_s);
-        QCOMPARE(newTip.count(), 1);
+        QCOMPARE(newTip.count(), 3);
         QVERIFY(item.toolTip().description.endsWith(u"&lt;Offline&gt;"_s));
     }
 

@@ -83,9 +83,12 @@ void StatusNotifierItem::setTitle(const StatusTitle::Line &title)
 {
     if (title.text == m_title && title.state == m_state)
         return;
+    // Only the tool tip says the state in words: the label is announced when its text moves.
+    const bool textChanged = title.text != m_title;
     m_title = title.text;
     m_state = title.state;
-    emit XAyatanaNewLabel(label(), labelGuide());
+    if (textChanged)
+        emit XAyatanaNewLabel(label(), labelGuide());
     emit NewToolTip();
 }
 
