@@ -257,32 +257,31 @@ private slots:
         QVERIFY(cache.contains("x.png"));
     }
 
+    // Drawn elements and depth, each at its limit and one past it.
     void svgBudget_data()
     {
         QTest::addColumn<QByteArray>("svg");
         QTest::addColumn<bool>("allowed");
-        QByteArray shapes;
-        for (int i = 0; i < 2000; ++i)
-            shapes += "<rect width='1' height='1'/>";
-        QByteArray nested;
-        for (int i = 0; i < 70; ++i)
-            nested += "<g>";
+        const auto shapes = [](int count) { return QByteArray("<rect/>").repeated(count); };
+        const auto nested = [](int levels) {
+            return QByteArray("<g>").repeated(levels) + QByteArray("</g>").repeated(levels);
+        };
+        const auto used = [&](int times) {
+            return svgWith("<defs><g id='s'>" + shapes(2000) + "</g></defs>" +
+                           QByteArray("<use href='#s'/>").repeated(times));
+        };
+        // The root element counts as one.
         QTest::newRow("a circle") << svg << true;
-        QTest::newRow("a shape used three times")
-            << svgWith("<defs><g id='s'>" + shapes +
-                       "</g></defs><use xlink:href='#s'/>"
-                       "<use href='#s'/><use xlink:href='#s'/>")
-            << true;
-        QTest::newRow("a shape used four times, past the budget")
-            << svgWith("<defs><g id='s'>" + shapes +
-                       "</g></defs><use xlink:href='#s'/>"
-                       "<use href='#s'/><use xlink:href='#s'/><use xlink:href='#s'/>")
-            << false;
+        QTest::newRow("10,000 elements") << svgWith(shapes(9999)) << true;
+        QTest::newRow("10,001 elements") << svgWith(shapes(10000)) << false;
+        QTest::newRow("a shape used three times") << used(3) << true;
+        QTest::newRow("a shape used four times, past the budget") << used(4) << false;
         QTest::newRow("nested references") << svgBomb() << false;
         QTest::newRow("a reference cycle")
             << svgWith("<g id='a'><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g>")
             << false;
-        QTest::newRow("70 levels deep") << svgWith(nested + nested.replace("<", "</")) << false;
+        QTest::newRow("64 levels deep") << svgWith(nested(63)) << true;
+        QTest::newRow("65 levels deep") << svgWith(nested(64)) << false;
         QTest::newRow("not XML") << QByteArray("<svg><g></svg>") << false;
     }
 
