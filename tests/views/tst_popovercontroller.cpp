@@ -70,7 +70,11 @@ private slots:
         m_popover->setActiveTab(Popover::Tab::Today);
         m_popover->setActiveTab(Popover::Tab::Results);
         QVERIFY(settled());
+        m_popover->setActiveTab(Popover::Tab::Results); // already there: no visit
+        m_popover->setActiveTab(Popover::Tab(7));
+        QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/results"), 2);
+        QCOMPARE(m_popover->activeTab(), Popover::Tab::Results);
 
         const auto fixtureLoads = m_server->requestCount("/api/matches/upcoming");
         m_popover->setActiveTab(Popover::Tab::Fixtures);
