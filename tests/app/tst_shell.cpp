@@ -344,6 +344,7 @@ private slots:
         menu.Event(1, u"clicked"_s, QDBusVariant(0), 0);
         menu.Event(3, u"clicked"_s, QDBusVariant(0), 0); // disabled
         menu.Event(1, u"hovered"_s, QDBusVariant(0), 0);
+        menu.Event(1, u"hovered"_s, QDBusVariant(0), 0);
         menu.Event(9, u"clicked"_s, QDBusVariant(0), 0); // no such item
         QTRY_COMPARE(ran, QStringList{u"one"_s});
 

@@ -73,6 +73,9 @@ private slots:
             << FixtureResponse{200, "<html>oops</html>"} << standard << u"ZelDecoding"_s;
         QTest::newRow("answer slower than the timeout")
             << FixtureResponse{200, twoMatches, 3s} << 300 << u"Network: The request timed out."_s;
+        QTest::newRow("silence past the timeout, inside the whole answer's deadline")
+            << FixtureResponse{200, twoMatches, 450ms} << 300
+            << u"Network: The request timed out."_s;
         QTest::newRow("connection dropped mid-body")
             << FixtureResponse{200, twoMatches, 0ms, Delivery::DropMidBody} << 300
             << u"Network: The network connection was lost."_s;
