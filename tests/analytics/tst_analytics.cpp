@@ -856,6 +856,20 @@ private slots:
             QCOMPARE(kept, (QList<StoredSession>{{saturdayNight(), keptSeconds}}));
     }
 
+    void quitWritesTheSessionsLastSeconds()
+    {
+        SessionRig rig(m_folder.filePath(u"quit.ini"_s), saturdayNight());
+        const auto stored = [&rig] {
+            return StoredSession::decode(rig.store()->value(u"recentSessions"_s).toByteArray());
+        };
+        rig.start().startNewSession();
+        rig.now = rig.now.addSecs(2);
+        QTRY_COMPARE(stored(), (QList<StoredSession>{{saturdayNight(), 2}}));
+        rig.now = rig.now.addSecs(5); // the next write is a minute away
+        QVERIFY(QMetaObject::invokeMethod(qApp, "aboutToQuit"));
+        QTRY_COMPARE(stored(), (QList<StoredSession>{{saturdayNight(), 7}}));
+    }
+
     void onlyAnEmptyHistoryIsANewInstallation()
     {
         SessionRig rig(m_folder.filePath(u"install.ini"_s), saturdayNight());
