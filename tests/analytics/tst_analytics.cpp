@@ -435,6 +435,15 @@ private slots:
         QCOMPARE(m_log.errors(), QStringList());
     }
 
+    // In preview the client may be used uninitialised: it makes a silent one.
+    void previewNeedsNoInitialize()
+    {
+        qputenv("XCODE_RUNNING_FOR_PREVIEWS", "1");
+        const auto unset = qScopeGuard([] { qunsetenv("XCODE_RUNNING_FOR_PREVIEWS"); });
+        TelemetryDeck::signal(u"probe"_s);
+        QVERIFY(TelemetryManager::shared()->configuration()->swiftUIPreviewMode());
+    }
+
     // A tray app rarely has the focus: its session runs from the start, and the focus lost and
     // regained afterwards pauses and resumes it.
     void sessionRunsWithoutFocus()
