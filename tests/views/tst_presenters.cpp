@@ -351,9 +351,8 @@ private slots:
 
         QTest::newRow("striker with captain mark")
             << u"live"_s << u"Arjun Mehta (c)"_s << u"1"_s << u"10"_s << int(BatsmanState::Striker);
-        QTest::newRow("non-striker, his mark first")
-            << u"live"_s << u"(wk) Kabir Rao\t"_s << u"1"_s << u"3"_s
-            << int(BatsmanState::NonStriker);
+        QTest::newRow("non-striker, his mark first") << u"live"_s << u"(wk) Kabir Rao\t"_s << u"1"_s
+                                                     << u"3"_s << int(BatsmanState::NonStriker);
         QTest::newRow("out in the live innings")
             << u"live"_s << u"Dev Iyer"_s << u"0"_s << u"9"_s << int(BatsmanState::Out);
         QTest::newRow("waiting in the live innings")
