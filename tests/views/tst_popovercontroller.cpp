@@ -114,6 +114,8 @@ private slots:
     void liveScorecardMarksTheCrease()
     {
         ScorecardModel card;
+        QAbstractItemModelTester tester(card.batting(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
         card.setController(m_popover.get());
         card.setMatchKey(u"9007199254740993"_s);
         m_popover->scorecardWanted(u"9007199254740993"_s);
@@ -148,15 +150,21 @@ private slots:
         QCOMPARE(card.isYetToBat(), true);
         QCOMPARE(card.yetToBatName(), u"Southshore"_s);
 
-        // A live card being fetched again stays on screen until the new one is in.
-        m_server->script("/api/matches/9007199254740993/scorecard", {200, liveCard, 500ms});
+        // A live card being fetched again stays on screen until the new one is in, which
+        // changes its rows in place.
+        QByteArray next = liveCard;
+        next.replace(R"("runs": 30)", R"("runs": 34)");
+        m_server->script("/api/matches/9007199254740993/scorecard", {200, next, 500ms});
         card.setChosenInnings(0);
         m_vm->fetchToday();
         QTRY_VERIFY(m_vm->loadingScorecards().contains(9007199254740993));
         QCOMPARE(card.state(), Popover::Card::Ready);
         QCOMPARE(card.score(), u"50/1"_s);
+        QSignalSpy reset(card.batting(), &QAbstractItemModel::modelReset);
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/9007199254740993/scorecard"), 2);
+        QCOMPARE(rows(*card.batting()).first(), u"100  34"_s);
+        QCOMPARE(reset.count(), 0);
     }
 
     // Until the user picks an innings, a live card shows the one in progress, and moves on with
