@@ -5,6 +5,7 @@
 #include "Preferences.h"
 #include "StateRig.h"
 
+#include <QAbstractItemModelTester>
 #include <QBuffer>
 #include <QPointer>
 #include <QQmlComponent>
@@ -467,6 +468,8 @@ private slots:
     // in the lists, and Escape goes back.
     void settingsPage()
     {
+        QAbstractItemModelTester tester(m_popover->settings()->teams(),
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
         m_view->rootObject()->forceActiveFocus();
         QTest::keyClick(m_view.get(), Qt::Key_Comma, Qt::ControlModifier);
         QVERIFY(m_popover->settingsOpen());
