@@ -581,6 +581,10 @@ private slots:
         }
         QVERIFY(QFile::exists(cacheFile()));
         QVERIFY(m_log.lines().contains(u"INFO Saved Telemetry cache 455 bytes of 3 signals"_s));
+        QFile saved(cacheFile());
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        // Dates in seconds since the first moment of 2001, UTC.
+        QCOMPARE(QJsonDocument::fromJson(saved.readAll())[0][u"receivedAt"_s], 817041601.0);
         SignalManager next(configuration());
         QVERIFY(m_log.lines().contains(u"INFO Loaded 3 signals"_s));
         QVERIFY(!QFile::exists(cacheFile()));
