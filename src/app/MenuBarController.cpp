@@ -21,6 +21,15 @@ TodayViewModel::Setup stateSetup(const QString &serviceURL)
     setup.inferSleepFromClock = !SleepWatcher::available();
     return setup;
 }
+
+// The buttons of an earlier state go, the added ones too: setStandardButtons keeps those.
+void removeButtons(QMessageBox &dialog)
+{
+    for (QAbstractButton *button : dialog.buttons()) {
+        dialog.removeButton(button);
+        button->deleteLater();
+    }
+}
 } // namespace
 
 MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObject *parent)
@@ -162,6 +171,7 @@ void MenuBarController::checkForUpdates()
     m_updateDialog->setIconPixmap(QApplication::windowIcon().pixmap(64));
     m_updateDialog->setText(tr("Checking for updates…"));
     m_updateDialog->setInformativeText({});
+    removeButtons(*m_updateDialog);
     m_updateDialog->setStandardButtons(QMessageBox::Cancel);
     m_updateDialog->show();
     m_updateDialog->raise();
@@ -205,11 +215,7 @@ void MenuBarController::showUpdateResult(const UpdateCheck &result)
     if (!m_updateDialog)
         return;
     QMessageBox &dialog = *m_updateDialog;
-    // Buttons of an earlier result go, the added ones too.
-    for (QAbstractButton *button : dialog.buttons()) {
-        dialog.removeButton(button);
-        button->deleteLater();
-    }
+    removeButtons(dialog);
     dialog.setInformativeText(updateDetail(result, m_setup.version));
     switch (result.outcome) {
     case UpdateCheck::UpToDate:

@@ -490,17 +490,21 @@ private slots:
         controller.checkForUpdates();
         QTRY_COMPARE(checkedAgain.count(), 2);
         controller.checkForUpdates();
-        QTRY_COMPARE(checkedAgain.count(), 3);
         QMessageBox *dialog = nullptr;
         for (QWidget *widget : QApplication::topLevelWidgets())
             if (auto *box = qobject_cast<QMessageBox *>(widget))
                 dialog = box;
         QVERIFY(dialog);
-        QStringList buttons;
-        for (QAbstractButton *button : dialog->buttons())
-            buttons << button->text();
-        buttons.sort();
-        QCOMPARE(buttons, (QStringList{u"Later"_s, u"Open Download Page"_s}));
+        const auto buttons = [dialog] {
+            QStringList texts;
+            for (QAbstractButton *button : dialog->buttons())
+                texts << button->text();
+            texts.sort();
+            return texts;
+        };
+        QCOMPARE(dialog->text() + u' ' + buttons().join(u','), u"Checking for updates… Cancel"_s);
+        QTRY_COMPARE(checkedAgain.count(), 3);
+        QCOMPARE(buttons(), (QStringList{u"Later"_s, u"Open Download Page"_s}));
         dialog->close();
     }
 
