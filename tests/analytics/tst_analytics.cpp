@@ -748,6 +748,27 @@ private slots:
         QTRY_COMPARE(m_ingest->requestBodies().size(), 2);
     }
 
+    void aReturnWithinFiveMinutesContinuesTheSession_data()
+    {
+        QTest::addColumn<int>("secondsAway");
+        QTest::addColumn<bool>("newSession");
+        QTest::newRow("299 s") << 299 << false;
+        QTest::newRow("300 s") << 300 << false;
+        QTest::newRow("301 s") << 301 << true;
+    }
+
+    void aReturnWithinFiveMinutesContinuesTheSession()
+    {
+        QFETCH(int, secondsAway);
+        QDateTime now = QDateTime::currentDateTimeUtc();
+        const auto manager = TelemetryManager::create(configuration(), [&] { return now; });
+        const QUuid session = manager->configuration()->sessionID();
+        manager->didEnterBackground();
+        now = now.addSecs(secondsAway);
+        manager->willEnterForeground();
+        QTEST(manager->configuration()->sessionID() != session, "newSession");
+    }
+
     // The default parameters are checked for reserved keys even with the warnings off.
     void defaultParametersAreAlwaysChecked()
     {
