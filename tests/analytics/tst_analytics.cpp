@@ -442,6 +442,7 @@ private slots:
         const auto unset = qScopeGuard([] { qunsetenv("XCODE_RUNNING_FOR_PREVIEWS"); });
         TelemetryDeck::signal(u"probe"_s);
         QVERIFY(TelemetryManager::shared()->configuration()->swiftUIPreviewMode());
+        QCOMPARE(TelemetryManager::shared(), TelemetryManager::shared()); // made once
     }
 
     // A tray app rarely has the focus: its session runs from the start, and the focus lost and
