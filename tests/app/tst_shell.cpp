@@ -487,6 +487,7 @@ private slots:
         MenuBarController controller({service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s,
                                       folder.filePath(u"settings.ini"_s)},
                                      nextLaunch);
+        QApplication::setWindowIcon(QPixmap(20, 20));
         controller.checkForUpdates();
         QTRY_COMPARE(checkedAgain.count(), 2);
         controller.checkForUpdates();
@@ -503,6 +504,7 @@ private slots:
             return texts;
         };
         QCOMPARE(dialog->text() + u' ' + buttons().join(u','), u"Checking for updates… Cancel"_s);
+        QCOMPARE(dialog->iconPixmap().size(), QSize(20, 20)); // the app's own icon
         QTRY_COMPARE(checkedAgain.count(), 3);
         QCOMPARE(buttons(), (QStringList{u"Later"_s, u"Open Download Page"_s}));
         dialog->close();
