@@ -161,6 +161,18 @@ private slots:
         QVERIFY(item.toolTip().description.endsWith(u"&lt;Offline&gt;"_s));
     }
 
+    // Hosts that do not know the click point send (0, 0); any other point is one.
+    void activateTellsTheClickPoint()
+    {
+        StatusNotifierItem item(QImage(16, 16, QImage::Format_ARGB32),
+                                [] { return QList<MenuEntry>(); });
+        QSignalSpy clicked(&item, &StatusNotifierItem::leftClicked);
+        for (const QPoint at : {QPoint(0, 0), QPoint(0, 9), QPoint(9, 0)})
+            item.Activate(at.x(), at.y());
+        QCOMPARE((QList{clicked[0][0].toRect(), clicked[1][0].toRect(), clicked[2][0].toRect()}),
+                 (QList{QRect(), QRect(0, 9, 1, 1), QRect(9, 0, 1, 1)}));
+    }
+
     void dotGoesGreyWhileOffline_data()
     {
         using State = StatusIconArt::State;
