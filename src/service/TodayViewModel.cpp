@@ -306,13 +306,18 @@ void TodayViewModel::updateKnownTeams()
     emit knownTeamsChanged();
 }
 
+void TodayViewModel::reload()
+{
+    invalidateAutoRefresh();
+    fetchToday();
+    fetchFixtures();
+}
+
 void TodayViewModel::systemDidWake()
 {
     emit resumed();
     resetSleepWatch();
-    invalidateAutoRefresh();
-    fetchToday();
-    fetchFixtures();
+    reload();
 }
 
 void TodayViewModel::tick()

@@ -94,9 +94,12 @@ public slots:
     void fetchScorecard(qint64 matchID);
     void updateStatusBar();
     void scheduleAutoRefresh();
-    // Stops the pending auto-refresh; the refresh button does this before reloading.
+    // Stops the pending auto-refresh.
     void invalidateAutoRefresh() { m_autoRefreshTimer.stop(); }
-    // The machine resumed from sleep: drop the pending refresh and reload.
+    // Today and the fixtures again, now, for the refresh button and a wake: the pending
+    // automatic reload is dropped.
+    void reload();
+    // The machine resumed from sleep.
     void systemDidWake();
     // Every 60 seconds: keeps countdowns current and notices a sleep the system did not report.
     void tick();

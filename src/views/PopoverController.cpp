@@ -151,9 +151,7 @@ void PopoverController::opening()
 
 void PopoverController::refresh()
 {
-    m_vm.invalidateAutoRefresh();
-    m_vm.fetchToday();
-    m_vm.fetchFixtures();
+    m_vm.reload();
 }
 
 void PopoverController::retry(Popover::Tab tab)
