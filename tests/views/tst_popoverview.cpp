@@ -493,6 +493,8 @@ private slots:
         QTRY_VERIFY(tab("todayTab")->isVisible());
         QTRY_COMPARE(rows("todayTab")[1]->property("homeFavourite").toBool(), true);
         QCOMPARE(rows("todayTab")[1]->property("awayFavourite").toBool(), false);
+        PopoverController later(*m_vm, m_server->baseURL(), m_preferences.get());
+        QVERIFY(later.todayModel()->index(1).data(MatchListModel::HomeFavouriteRole).toBool());
         QMetaObject::invokeMethod(tab("settingsButton"), "clicked");
         QTRY_VERIFY(child(tab("settingsPage"), "teamList"));
         QTest::keyClick(m_view.get(), Qt::Key_Escape);
