@@ -26,6 +26,15 @@ std::optional<QDateTime> LeagueCalendar::parseStartTime(const std::optional<QStr
     return text ? parseStartTime(QStringView(*text)) : std::nullopt;
 }
 
+QList<std::optional<QDateTime>> LeagueCalendar::startTimesOf(const QList<ZelMatch> &matches)
+{
+    QList<std::optional<QDateTime>> starts;
+    starts.reserve(matches.size());
+    for (const ZelMatch &match : matches)
+        starts.append(parseStartTime(match.startTime));
+    return starts;
+}
+
 std::optional<QDateTime> LeagueCalendar::parseStartTime(QStringView text)
 {
     qsizetype at = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ZelMatch.h"
+
 #include <optional>
 #include <QDateTime>
 #include <QTimeZone>
@@ -16,4 +18,6 @@ public:
     // or an offset; anything else (including a missing offset) gives nothing.
     static std::optional<QDateTime> parseStartTime(QStringView text);
     static std::optional<QDateTime> parseStartTime(const std::optional<QString> &text);
+    // The start of each match, index for index.
+    static QList<std::optional<QDateTime>> startTimesOf(const QList<ZelMatch> &matches);
 };

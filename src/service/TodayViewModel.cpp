@@ -12,15 +12,6 @@ namespace {
 // Off by default: QT_LOGGING_RULES="zel.refresh.debug=true" follows the refresh chain.
 Q_LOGGING_CATEGORY(lcRefresh, "zel.refresh", QtInfoMsg)
 
-QList<std::optional<QDateTime>> startsOf(const QList<ZelMatch> &list)
-{
-    QList<std::optional<QDateTime>> starts;
-    starts.reserve(list.size());
-    for (const ZelMatch &match : list)
-        starts.append(LeagueCalendar::parseStartTime(match.startTime));
-    return starts;
-}
-
 // Runs on the next turn of the main loop, and not at all once the owner is gone.
 template <typename F> void later(QObject *owner, F &&step)
 {
@@ -118,7 +109,7 @@ void TodayViewModel::fetchResults()
 
 void TodayViewModel::todayLoaded(QList<ZelMatch> list)
 {
-    m_matchStarts = startsOf(list);
+    m_matchStarts = LeagueCalendar::startTimesOf(list);
     m_matches = std::move(list);
     emit matchesChanged();
     m_lastUpdated = m_setup.clock();

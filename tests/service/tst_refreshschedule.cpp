@@ -40,7 +40,7 @@ private slots:
     {
         QFETCH(QList<ZelMatch>, today);
         QFETCH(qint64, seconds);
-        QCOMPARE(RefreshSchedule::interval({today, startsOf(today)}, now),
+        QCOMPARE(RefreshSchedule::interval({today, LeagueCalendar::startTimesOf(today)}, now),
                  std::chrono::milliseconds(seconds * 1000));
     }
 

@@ -112,8 +112,8 @@ private slots:
     {
         QFETCH(QList<ZelMatch>, today);
         QFETCH(QList<ZelMatch>, fixtures);
-        const auto todayStarts = startsOf(today);
-        const auto fixtureStarts = startsOf(fixtures);
+        const auto todayStarts = LeagueCalendar::startTimesOf(today);
+        const auto fixtureStarts = LeagueCalendar::startTimesOf(fixtures);
         QTEST(StatusTitle::compose({today, todayStarts}, {fixtures, fixtureStarts}, now).text,
               "title");
     }
@@ -169,8 +169,8 @@ private slots:
     {
         QFETCH(QList<ZelMatch>, today);
         QFETCH(QList<ZelMatch>, fixtures);
-        const auto todayStarts = startsOf(today);
-        const auto fixtureStarts = startsOf(fixtures);
+        const auto todayStarts = LeagueCalendar::startTimesOf(today);
+        const auto fixtureStarts = LeagueCalendar::startTimesOf(fixtures);
         QTEST(StatusTitle::compose({today, todayStarts}, {fixtures, fixtureStarts}, now).text,
               "without");
         QTEST(StatusTitle::compose({today, todayStarts}, {fixtures, fixtureStarts}, now, u"fav"_s)
@@ -200,7 +200,7 @@ private slots:
     {
         QFETCH(ZelMatch, match);
         const QList<ZelMatch> today{match};
-        const auto starts = startsOf(today);
+        const auto starts = LeagueCalendar::startTimesOf(today);
         QTEST(StatusTitle::compose({today, starts}, {{}, {}}, now).state, "state");
     }
 

@@ -41,12 +41,4 @@ inline ZelMatch live(const QString &innings, const QString &first, const QString
     return m;
 }
 
-inline QList<std::optional<QDateTime>> startsOf(const QList<ZelMatch> &list)
-{
-    QList<std::optional<QDateTime>> starts;
-    for (const ZelMatch &m : list)
-        starts.append(LeagueCalendar::parseStartTime(m.startTime));
-    return starts;
-}
-
 } // namespace SampleMatches
