@@ -1,6 +1,7 @@
 #include "AppcastFeed.h"
 #include "AppDelegate.h"
 #include "DBusMenuExporter.h"
+#include "DesktopNotifier.h"
 #include "FixtureServer.h"
 #include "LoginItem.h"
 #include "MenuBarController.h"
@@ -14,6 +15,8 @@
 
 #include <csignal>
 #include <QAbstractButton>
+#include <QDBusArgument>
+#include <QDBusConnection>
 #include <QDesktopServices>
 #include <QMenu>
 #include <QMessageBox>
@@ -45,6 +48,47 @@ public:
 
 public slots:
     void open(const QUrl &url) { opened.append(url); }
+};
+
+// A notification server on the test's bus that says what it can do and keeps what it is sent.
+class NotificationServer : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    QStringList capabilities;
+    QList<QVariantList> received; // each Notify's arguments; an image by its header and size
+
+public slots:
+    QStringList GetCapabilities() { return capabilities; }
+    uint Notify(const QString &app, uint replaces, const QString &icon, const QString &summary,
+                const QString &body, const QStringList &actions, const QVariantMap &hints,
+                int timeout)
+    {
+        QStringList hinted;
+        for (auto hint = hints.cbegin(); hint != hints.cend(); ++hint)
+            hinted << hint.key() + u' ' + hint.value().toString();
+        if (hints.contains(u"image-data"_s)) {
+            const auto image = hints[u"image-data"_s].value<QDBusArgument>();
+            int width = 0, height = 0, stride = 0, bits = 0, channels = 0;
+            bool alpha = false;
+            QByteArray pixels;
+            image.beginStructure();
+            image >> width >> height >> stride >> alpha >> bits >> channels >> pixels;
+            hinted.last() += u"%1 %2 %3 %4 %5 %6 %7"_s.arg(width)
+                                 .arg(height)
+                                 .arg(stride)
+                                 .arg(alpha)
+                                 .arg(bits)
+                                 .arg(channels)
+                                 .arg(pixels.size());
+        }
+        received.append({app, replaces, icon, summary, body, actions, hinted, timeout});
+        return uint(received.size());
+    }
+
+signals:
+    void ActionInvoked(uint id, const QString &action);
 };
 
 } // namespace
@@ -171,6 +215,62 @@ private slots:
             item.Activate(at.x(), at.y());
         QCOMPARE((QList{clicked[0][0].toRect(), clicked[1][0].toRect(), clicked[2][0].toRect()}),
                  (QList{QRect(), QRect(0, 9, 1, 1), QRect(9, 0, 1, 1)}));
+    }
+
+    // What a notification carries follows what the server says it can do; the notes sent
+    // before it answered wait for it, and only a click on one of ours shows the scores.
+    void notificationsFollowTheServer_data()
+    {
+        QTest::addColumn<QStringList>("capabilities");
+        QTest::addColumn<QVariantList>("sent");
+        QTest::newRow("a plain server")
+            << QStringList{u"icon-static"_s}
+            << QVariantList{u"Zel Menu Bar"_s,
+                            0u,
+                            u"zel-menubar"_s,
+                            u"NTH <b>won</b>"_s,
+                            u"by 4 & more"_s,
+                            QStringList(),
+                            QStringList{u"desktop-entry example.zel.MenuBar"_s,
+                                        u"image-data 8 4 32 1 8 4 128"_s},
+                            -1};
+        QTest::newRow("markup and actions")
+            << QStringList{u"body-markup"_s, u"actions"_s}
+            << QVariantList{u"Zel Menu Bar"_s,
+                            0u,
+                            u"zel-menubar"_s,
+                            u"NTH <b>won</b>"_s,
+                            u"by 4 &amp; more"_s,
+                            QStringList{u"default"_s, u"Show Scores"_s},
+                            QStringList{u"desktop-entry example.zel.MenuBar"_s},
+                            -1};
+    }
+
+    void notificationsFollowTheServer()
+    {
+        QFETCH(QStringList, capabilities);
+        NotificationServer server;
+        server.capabilities = capabilities;
+        QDBusConnection bus =
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"notes"_s);
+        const auto unpublish = qScopeGuard([] { QDBusConnection::disconnectFromBus(u"notes"_s); });
+        QVERIFY(bus.registerObject(u"/org/freedesktop/Notifications"_s, &server,
+                                   QDBusConnection::ExportAllSlots |
+                                       QDBusConnection::ExportAllSignals));
+        QVERIFY(bus.registerService(u"org.freedesktop.Notifications"_s));
+        DesktopNotifier notifier;
+        QSignalSpy clicked(&notifier, &DesktopNotifier::defaultActionInvoked);
+        notifier.notify(u"NTH <b>won</b>"_s, u"by 4 & more"_s, QImage(8, 4, QImage::Format_ARGB32));
+        notifier.notify(u"second"_s, {});
+        QTRY_COMPARE(server.received.size(), 2);
+        QTEST(server.received.first(), "sent");
+        notifier.notify(u"third"_s, {}); // the server's answer is kept
+        QTRY_COMPARE(server.received.size(), 3);
+        emit server.ActionInvoked(7, u"default"_s); // another app's
+        emit server.ActionInvoked(2, u"default"_s);
+        QTRY_COMPARE(clicked.count(), 1);
+        QTest::qWait(100);
+        QCOMPARE(clicked.count(), 1);
     }
 
     void dotGoesGreyWhileOffline_data()
