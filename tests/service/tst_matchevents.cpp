@@ -194,7 +194,7 @@ private slots:
         QTEST(preferences.alerts(Preferences::Alert::Starts), "starts");
         QVERIFY(!preferences.alerts(Preferences::Alert::Wickets));
 
-        preferences.setFavourite(TeamInfo{u"sth"_s, u"Southshore"_s, u"STH"_s, {}});
+        preferences.setFavourite(TeamInfo{u"sth"_s, u"Southshore"_s, u"STH"_s, u"/sth.png"_s});
         preferences.setAlerts(Preferences::Alert::Results, true);
         Preferences reread(path);
         QCOMPARE(reread.favourite(), preferences.favourite());
