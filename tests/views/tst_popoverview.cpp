@@ -483,6 +483,7 @@ private slots:
         QTest::keyClick(m_view.get(), Qt::Key_Down);
         QTest::keyClick(m_view.get(), Qt::Key_Space);
         QCOMPARE(m_preferences->favouriteTeamID(), u"1"_s);
+        QVERIFY(m_popover->settings()->teams()->index(1).data(TeamListModel::ChosenRole).toBool());
         QVERIFY(textItem(page, "NOTIFY ME ABOUT MY TEAM'S MATCHES"));
         QMetaObject::invokeMethod(child(page, "notifyWickets"), "toggled");
         QVERIFY(m_preferences->alerts(Preferences::Alert::Wickets));
