@@ -363,8 +363,12 @@ private slots:
         component.setData("import ZelMenuBar\nCricketBadge {}", QUrl());
         std::unique_ptr<QObject> badge(component.create());
         QVERIFY(badge);
-        badge->setProperty("url", QUrl(m_server->baseURL() + u"/logos/first.png"_s));
+        const QUrl first(m_server->baseURL() + u"/logos/first.png"_s);
+        badge->setProperty("url", first);
         QTRY_VERIFY(badge->property("showsLogo").toBool());
+        std::unique_ptr<QObject> again(component.create());
+        again->setProperty("url", first);
+        QVERIFY(again->property("showsLogo").toBool()); // from memory, at once
         const QUrl second(m_server->baseURL() + u"/logos/second.png"_s);
         badge->setProperty("url", second);
         QVERIFY(!badge->property("showsLogo").toBool());
