@@ -331,6 +331,11 @@ private slots:
                     "shortVersionString>1.0.0</sparkle:shortVersionString>"
                     "<link>https://zel.example/second</link></item>")
             << u"1.0"_s << u"https://zel.example/first"_s;
+        QTest::addRow("an enclosure's build number, and only what is under the feed's channel")
+            << feed("<item><enclosure sparkle:version='3' url='https://zel.example/3.deb'/>"
+                    "</item></channel><other><channel><item><sparkle:version>9.9"
+                    "</sparkle:version></item></channel></other><channel>")
+            << u"3"_s << u"https://zel.example/3.deb"_s;
         QTest::addRow("a page that is not on the web is dropped")
             << feed("<item><sparkle:shortVersionString>2.0</sparkle:shortVersionString>"
                     "<link>file:///etc/passwd</link></item>")
