@@ -161,10 +161,12 @@ private slots:
         QCOMPARE(card.state(), Popover::Card::Ready);
         QCOMPARE(card.score(), u"50/1"_s);
         QSignalSpy reset(card.batting(), &QAbstractItemModel::modelReset);
+        QSignalSpy changed(card.batting(), &QAbstractItemModel::dataChanged);
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/9007199254740993/scorecard"), 2);
         QCOMPARE(rows(*card.batting()).first(), u"100  34"_s);
         QCOMPARE(reset.count(), 0);
+        QCOMPARE(changed.last().at(1).toModelIndex().row(), card.batting()->rowCount() - 1);
     }
 
     // Until the user picks an innings, a live card shows the one in progress, and moves on with
