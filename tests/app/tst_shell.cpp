@@ -20,6 +20,7 @@
 #include <QDesktopServices>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -612,7 +613,7 @@ private slots:
         for (QWidget *widget : QApplication::topLevelWidgets())
             if (auto *box = qobject_cast<QMessageBox *>(widget))
                 dialog = box;
-        QVERIFY(dialog);
+        QVERIFY(dialog && dialog->isVisible());
         const auto buttons = [dialog] {
             QStringList texts;
             for (QAbstractButton *button : dialog->buttons())
@@ -624,7 +625,9 @@ private slots:
         QCOMPARE(dialog->iconPixmap().size(), QSize(20, 20)); // the app's own icon
         QTRY_COMPARE(checkedAgain.count(), 3);
         QCOMPARE(buttons(), (QStringList{u"Later"_s, u"Open Download Page"_s}));
+        const QPointer<QMessageBox> closed(dialog);
         dialog->close();
+        QTRY_VERIFY(!closed); // closing frees it
     }
 
     // The user's autostart entry, alone or over one the system installs for everyone.

@@ -241,7 +241,9 @@ private slots:
         QVERIFY(model->isAutoRefreshPending());
 
         m_server->script("/api/matches/today", {200, quietToday, 100ms});
+        QSignalSpy resumed(model.get(), &TodayViewModel::resumed);
         model->systemDidWake();
+        QCOMPARE(resumed.count(), 1); // what happened while asleep is news no more
         QVERIFY(!model->isAutoRefreshPending());
         QVERIFY(model->isLoading() && model->isLoadingFixtures());
         QVERIFY(settled(*model));
