@@ -76,6 +76,7 @@ public slots:
             QByteArray pixels;
             image.beginStructure();
             image >> width >> height >> stride >> alpha >> bits >> channels >> pixels;
+            image.endStructure();
             hinted.last() += u"%1 %2 %3 %4 %5 %6 %7"_s.arg(width)
                                  .arg(height)
                                  .arg(stride)
