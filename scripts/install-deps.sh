@@ -6,6 +6,8 @@ set -euo pipefail
 packages=(
     g++ cmake ninja-build
     qt6-base-dev qt6-httpserver-dev
+    # The popover asks the X server whether a window manager runs.
+    libxcb1-dev pkg-config
     # qt6-httpserver-dev's CMake package needs QtWebSockets but does not depend on it.
     qt6-websockets-dev
     # Team logos come as PNG, JPEG, SVG or WebP.

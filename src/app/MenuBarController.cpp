@@ -92,7 +92,7 @@ void MenuBarController::togglePopover(const QRect &anchor)
 void MenuBarController::showPopover()
 {
     if (!m_popover.isVisible())
-        m_popover.showBelow({});
+        m_popover.showBelow(m_statusItem.anchor());
     m_popover.requestActivate();
 }
 
@@ -105,6 +105,7 @@ void MenuBarController::showToday()
 
 void MenuBarController::showContextMenu(const QPoint &at)
 {
+    m_popover.hide();
     QMenu *menu = MenuEntry::createMenu(contextMenuEntries());
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(at);

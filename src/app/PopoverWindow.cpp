@@ -2,8 +2,8 @@
 
 #include "PopoverController.h"
 #include "PopoverScene.h"
+#include "XDisplayProbe.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QQuickItem>
@@ -24,11 +24,6 @@ constexpr int pointItemMargin = 12;
 PopoverWindow::PopoverWindow(PopoverController &controller)
     : m_controller(controller)
 {
-    // Not a Qt::Popup: Qt leaves popups out of the application's accessibility tree, so a
-    // screen reader would find no window. A tool window that bypasses the window manager is
-    // placed where it is asked, as a popup is; the grabs and the outside click are done here.
-    setFlags(Qt::Tool | Qt::BypassWindowManagerHint | Qt::FramelessWindowHint |
-             Qt::WindowStaysOnTopHint);
     setTitle(tr("Scores"));
     setMinimumSize(size);
     setMaximumSize(size);
@@ -42,6 +37,11 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
             return;
         setMouseGrabEnabled(false);
         setKeyboardGrabEnabled(false);
+    });
+    // A click on another window, on the desktop or on a shell's own bar or menu takes the focus.
+    connect(this, &QWindow::activeChanged, this, [this] {
+        if (!isActive() && isVisible())
+            closeAway();
     });
     connect(this, &QQuickWindow::frameSwapped, this, [this] {
         if (m_sinceShowRequest.isValid()) {
@@ -62,21 +62,41 @@ void PopoverWindow::toggle(const QRect &anchor)
     showBelow(anchor);
 }
 
+void PopoverWindow::closeAway()
+{
+    m_sinceOutsideClick.start();
+    hide();
+}
+
 void PopoverWindow::showBelow(const QRect &anchor)
 {
     m_controller.opening();
-    const QRect place = anchor.isNull() ? QRect(QCursor::pos(), QSize(1, 1)) : anchor;
+    QScreen *screen = anchor.isNull() ? nullptr : QGuiApplication::screenAt(anchor.center());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    // Never the pointer: Xwayland does not see it over a Wayland shell's bar.
+    const QRect place =
+        anchor.isNull() ? trayCorner(screen->geometry(), screen->availableGeometry()) : anchor;
     m_anchor =
         place.width() > 1 || place.height() > 1
             ? place
             : place.adjusted(-pointItemMargin, -pointItemMargin, pointItemMargin, pointItemMargin);
-    QScreen *screen = QGuiApplication::screenAt(place.center());
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    if (screen) {
-        setScreen(screen);
-        setPosition(placement(place, size, screen->availableGeometry()));
-    }
+    // Not a Qt::Popup: Qt leaves popups out of the application's accessibility tree. Where a
+    // window manager runs, a managed window gets the keyboard and loses it to a click on another
+    // window or on a shell's own bar or menu. Without one, or under weston's, which places every
+    // window itself, it bypasses the manager to be placed where asked. On X11 the grabs catch a
+    // click on the desktop too; under Xwayland they would only blind it to the compositor's own
+    // surfaces.
+    m_grabs = !XDisplayProbe::isXwayland();
+    const QString manager = XDisplayProbe::windowManagerName();
+    Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+    if (manager.isEmpty() || manager == QLatin1StringView("Weston WM"))
+        flags |= Qt::BypassWindowManagerHint;
+    setFlags(flags);
+    setScreen(screen);
+    setPosition(placement(place, size, screen->availableGeometry()));
     m_sinceShowRequest.start();
     show();
     raise();
@@ -87,7 +107,7 @@ void PopoverWindow::exposeEvent(QExposeEvent *event)
 {
     QQuickView::exposeEvent(event);
     // Only a window on screen can take the grabs.
-    if (isExposed()) {
+    if (m_grabs && isExposed()) {
         setKeyboardGrabEnabled(true);
         setMouseGrabEnabled(true);
     }
@@ -97,8 +117,7 @@ void PopoverWindow::mousePressEvent(QMouseEvent *event)
 {
     if (!QRect(0, 0, width(), height()).contains(event->position().toPoint())) {
         event->accept();
-        m_sinceOutsideClick.start();
-        hide();
+        closeAway();
         const QPoint at = event->globalPosition().toPoint();
         if (event->button() == Qt::RightButton && m_anchor.contains(at))
             emit statusItemRightClicked(at);
@@ -111,11 +130,22 @@ QPoint PopoverWindow::placement(const QRect &anchor, QSize windowSize, const QRe
 {
     int x = anchor.center().x() - windowSize.width() / 2;
     int y = anchor.bottom() + 1 + gap;
-    if (y + windowSize.height() > available.bottom() + 1 &&
-        anchor.top() - gap - windowSize.height() >= available.top())
+    if (anchor.bottom() < available.top())
+        y = available.top();
+    else if (anchor.top() > available.bottom())
+        y = available.bottom() + 1 - windowSize.height();
+    else if (y + windowSize.height() > available.bottom() + 1 &&
+             anchor.top() - gap - windowSize.height() >= available.top())
         y = anchor.top() - gap - windowSize.height();
     // The left and top edges win on a screen smaller than the window.
     x = qMax(available.left(), qMin(x, available.right() + 1 - windowSize.width()));
     y = qMax(available.top(), qMin(y, available.bottom() + 1 - windowSize.height()));
     return {x, y};
+}
+
+QRect PopoverWindow::trayCorner(const QRect &screen, const QRect &available)
+{
+    const bool bottomPanel =
+        available.top() == screen.top() && available.bottom() < screen.bottom();
+    return {available.right(), bottomPanel ? available.bottom() + 1 : available.top() - 1, 1, 1};
 }

@@ -5,11 +5,10 @@
 
 class PopoverController;
 
-// The popover: a 380 x 500 window that hangs below the status item, stays on screen, and goes
-// away on a second click, on Escape, or on a click anywhere else. No X window manager moves
-// it, Xwayland's included; it holds the pointer and the keyboard while shown, as a popup does,
-// yet stays in the accessibility tree. It is made once and reused, so the selected tab
-// survives closing.
+// The popover: a 380 x 500 window that hangs from the status item, flush against the panel, stays
+// on screen, has the keyboard while shown, and goes away on a second click, on Escape, or on a
+// click anywhere else. It stays in the accessibility tree, and is made once and reused, so the
+// selected tab and the opened rows survive closing.
 class PopoverWindow : public QQuickView {
     Q_OBJECT
 
@@ -18,13 +17,18 @@ public:
 
     explicit PopoverWindow(PopoverController &controller);
 
-    // A null anchor places the popover under the mouse pointer.
+    // A null anchor hangs the popover from the tray's corner of the screen.
     void toggle(const QRect &anchor);
     void showBelow(const QRect &anchor);
 
     // Where the window's top-left goes: centred under the anchor, above it when there is no
     // room below (a panel at the bottom of the screen), and always inside the available area.
+    // An anchor in a panel (outside the available area) puts the popover flush against the
+    // panel's edge.
     static QPoint placement(const QRect &anchor, QSize windowSize, const QRect &available);
+    // Where a panel's tray is when no host has said: the right end of the edge the panel takes
+    // from the screen, the top one unless only the bottom one is taken.
+    static QRect trayCorner(const QRect &screen, const QRect &available);
 
 signals:
     // Logged by the shell: the time from a click to the frame that shows the popover.
@@ -37,6 +41,9 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
 
 private:
+    void closeAway();
+
+    bool m_grabs = false; // the grabs see every click elsewhere
     PopoverController &m_controller;
     QRect m_anchor; // the status item it hangs from, in screen coordinates
     QElapsedTimer m_sinceOutsideClick;

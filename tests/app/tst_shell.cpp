@@ -121,6 +121,7 @@ private slots:
         qputenv("XDG_CONFIG_HOME", m_home.filePath(u"config"_s).toUtf8());
     }
 
+    // A null anchor is a host that gave no point: the popover hangs from the tray's corner.
     void placement_data()
     {
         QTest::addColumn<QRect>("anchor");
@@ -128,28 +129,77 @@ private slots:
         QTest::addColumn<QPoint>("expected");
         // The screen below a 24 px panel at the top: (0, 24) to (1279, 799).
         const QRect screen(0, 24, 1280, 776);
-        QTest::addRow("centred under an icon")
-            << QRect(600, 0, 24, 24) << screen << QPoint(421, 28);
+        const QRect overBottomPanel(0, 0, 1280, 760);
+        QTest::addRow("centred, flush under an icon in the panel")
+            << QRect(600, 0, 24, 24) << screen << QPoint(421, 24);
+        QTest::addRow("flush under a click in the panel")
+            << QRect(700, 12, 1, 1) << screen << QPoint(510, 24);
         QTest::addRow("kept off the right edge")
-            << QRect(1256, 0, 24, 24) << screen << QPoint(900, 28);
-        QTest::addRow("kept off the left edge") << QRect(0, 0, 24, 24) << screen << QPoint(0, 28);
-        QTest::addRow("above an icon in a bottom panel")
+            << QRect(1256, 0, 24, 24) << screen << QPoint(900, 24);
+        QTest::addRow("kept off the left edge") << QRect(0, 0, 24, 24) << screen << QPoint(0, 24);
+        QTest::addRow("flush above a click in a bottom panel")
+            << QRect(640, 780, 1, 1) << overBottomPanel << QPoint(450, 260);
+        QTest::addRow("above an icon at the bottom of the area")
             << QRect(600, 776, 24, 24) << screen << QPoint(421, 272);
-        QTest::addRow("a click point") << QRect(700, 200, 1, 1) << screen << QPoint(510, 205);
+        QTest::addRow("a click point in the area")
+            << QRect(700, 200, 1, 1) << screen << QPoint(510, 205);
         QTest::addRow("no room either way stays on screen")
             << QRect(700, 400, 1, 1) << screen << QPoint(510, 300);
         QTest::addRow("a screen smaller than the popover shows its top left")
             << QRect(100, 0, 24, 24) << QRect(0, 0, 320, 240) << QPoint(0, 0);
+        QTest::addRow("no point, a top bar") << QRect() << screen << QPoint(900, 24);
+        QTest::addRow("no point, a bottom panel") << QRect() << overBottomPanel << QPoint(900, 260);
+        QTest::addRow("no point, no panel") << QRect() << QRect(0, 0, 1280, 800) << QPoint(900, 0);
     }
 
     void placement()
     {
         QFETCH(QRect, anchor);
         QFETCH(QRect, available);
-        QFETCH(QPoint, expected);
-        const QPoint placed = PopoverWindow::placement(anchor, PopoverWindow::size, available);
-        QCOMPARE(placed, expected);
+        const QRect at =
+            anchor.isNull() ? PopoverWindow::trayCorner({0, 0, 1280, 800}, available) : anchor;
+        const QPoint placed = PopoverWindow::placement(at, PopoverWindow::size, available);
+        QTEST(placed, "expected");
         QVERIFY(available.width() < 380 || available.contains(QRect(placed, PopoverWindow::size)));
+    }
+
+    // Hosts that draw no label show only the icon: it carries the state, as the tray icon does.
+    void iconCarriesTheState_data()
+    {
+        using State = StatusTitle::State;
+        QTest::addColumn<int>("state");
+        QTest::addColumn<bool>("offline");
+        QTest::addColumn<int>("newIcons");
+        QTest::addRow("quiet") << int(State::Quiet) << false << 0;
+        QTest::addRow("live") << int(State::Live) << false << 1;
+        QTest::addRow("delayed, offline") << int(State::Delayed) << true << 2;
+    }
+
+    void iconCarriesTheState()
+    {
+        QFETCH(int, state);
+        QFETCH(bool, offline);
+        StatusNotifierItem item([] { return QList<MenuEntry>(); });
+        QSignalSpy newIcon(&item, &StatusNotifierItem::NewIcon);
+        item.setTitle({u"\U0001F3CF  A"_s, StatusTitle::State(state)});
+        item.setTitle({u"\U0001F3CF  B"_s, StatusTitle::State(state)}); // the text alone
+        item.setOfflineNote(offline ? u"Offline"_s : QString());
+        QTEST(int(newIcon.count()), "newIcons");
+        // Each size as ARGB bytes in network order, row by row.
+        QList<int> sides;
+        for (const DBusImage &sent : item.iconPixmap()) {
+            sides << sent.width;
+            const QImage drawn =
+                StatusIconArt::image(StatusTitle::State(state), offline, sent.width)
+                    .convertToFormat(QImage::Format_ARGB32);
+            QCOMPARE(sent.pixels.size(), sent.width * sent.height * 4);
+            for (int at = 0; at < sent.width * sent.height; ++at) {
+                const auto byte = [&](int k) { return uchar(sent.pixels[at * 4 + k]); };
+                QCOMPARE(qRgba(byte(1), byte(2), byte(3), byte(0)),
+                         drawn.pixel(at % sent.width, at / sent.width));
+            }
+        }
+        QCOMPARE(sides, (QList<int>{16, 22, 32, 48}));
     }
 
     // What a panel reads from the item: the title without the bat as the label, the whole
@@ -175,18 +225,7 @@ private slots:
         QFETCH(QString, title);
         QFETCH(int, state);
         QFETCH(QString, label);
-        QImage icon(16, 16, QImage::Format_ARGB32);
-        icon.fill(QColor(0x11, 0x22, 0x33));
-        StatusNotifierItem item(icon, [] { return QList<MenuEntry>(); });
-        // Each size as ARGB bytes in network order, row by row.
-        QStringList pixmaps;
-        for (const DBusImage &image : item.iconPixmap())
-            pixmaps << u"%1x%2 %3 %4"_s.arg(image.width)
-                           .arg(image.height)
-                           .arg(image.pixels.size())
-                           .arg(QString::fromLatin1(image.pixels.left(4).toHex()));
-        QCOMPARE(pixmaps, (QStringList{u"16x16 1024 ff112233"_s, u"22x22 1936 ff112233"_s,
-                                       u"32x32 4096 ff112233"_s, u"48x48 9216 ff112233"_s}));
+        StatusNotifierItem item([] { return QList<MenuEntry>(); });
         item.setTitle({});
         QSignalSpy announced(&item, &StatusNotifierItem::XAyatanaNewLabel);
         QSignalSpy newTip(&item, &StatusNotifierItem::NewToolTip);
@@ -207,16 +246,20 @@ private slots:
         QVERIFY(item.toolTip().description.endsWith(u"&lt;Offline&gt;"_s));
     }
 
-    // Hosts that do not know the click point send (0, 0); any other point is one.
+    // Hosts that do not know the click point send (0, 0); any other point is one, and the item
+    // is kept there for the openings that come with no point.
     void activateTellsTheClickPoint()
     {
-        StatusNotifierItem item(QImage(16, 16, QImage::Format_ARGB32),
-                                [] { return QList<MenuEntry>(); });
+        StatusNotifierItem item([] { return QList<MenuEntry>(); });
         QSignalSpy clicked(&item, &StatusNotifierItem::leftClicked);
-        for (const QPoint at : {QPoint(0, 0), QPoint(0, 9), QPoint(9, 0)})
+        QCOMPARE(item.anchor(), QRect());
+        for (const QPoint at : {QPoint(0, 0), QPoint(0, 9), QPoint(9, 0), QPoint(0, 0)})
             item.Activate(at.x(), at.y());
         QCOMPARE((QList{clicked[0][0].toRect(), clicked[1][0].toRect(), clicked[2][0].toRect()}),
                  (QList{QRect(), QRect(0, 9, 1, 1), QRect(9, 0, 1, 1)}));
+        QCOMPARE(item.anchor(), QRect(9, 0, 1, 1));
+        item.ContextMenu(30, 7);
+        QCOMPARE(item.anchor(), QRect(30, 7, 1, 1));
     }
 
     // What a notification carries follows what the server says it can do; the notes sent

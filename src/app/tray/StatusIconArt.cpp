@@ -28,21 +28,25 @@ QColor StatusIconArt::dotColour(State state, bool offline)
     return QColor();
 }
 
+QImage StatusIconArt::image(State state, bool offline, int side)
+{
+    QImage image = bat(side);
+    const QColor dot = dotColour(state, offline);
+    if (dot.isValid()) {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const qreal radius = side * 0.2;
+        painter.setPen(QPen(Qt::white, qMax(1.0, side / 16.0)));
+        painter.setBrush(dot);
+        painter.drawEllipse(QPointF(radius + 1, radius + 1), radius, radius);
+    }
+    return image;
+}
+
 QIcon StatusIconArt::iconFor(State state, bool offline)
 {
     QIcon icon;
-    const QColor dot = dotColour(state, offline);
-    for (int side : {16, 22, 24, 32, 48, 64}) {
-        QImage image = bat(side);
-        if (dot.isValid()) {
-            QPainter painter(&image);
-            painter.setRenderHint(QPainter::Antialiasing);
-            const qreal radius = side * 0.2;
-            painter.setPen(QPen(Qt::white, qMax(1.0, side / 16.0)));
-            painter.setBrush(dot);
-            painter.drawEllipse(QPointF(radius + 1, radius + 1), radius, radius);
-        }
-        icon.addPixmap(QPixmap::fromImage(image));
-    }
+    for (int side : {16, 22, 24, 32, 48, 64})
+        icon.addPixmap(QPixmap::fromImage(image(state, offline, side)));
     return icon;
 }

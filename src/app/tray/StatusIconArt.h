@@ -14,6 +14,7 @@ public:
     using State = StatusTitle::State;
 
     static QImage bat(int side);
+    static QImage image(State state, bool offline, int side);
     static QIcon iconFor(State state, bool offline);
     static QColor dotColour(State state, bool offline); // invalid: no dot
 };

@@ -18,6 +18,8 @@ public:
     // Said after the title while today's data is out of date ("Offline · Updated 11:54");
     // empty while it is current.
     virtual void setOfflineNote(const QString &note) = 0;
+    // Where the item is as far as the host has told: null before it said.
+    virtual QRect anchor() const = 0;
 
 signals:
     void leftClicked(const QRect &anchor);

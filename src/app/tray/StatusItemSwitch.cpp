@@ -1,6 +1,5 @@
 #include "StatusItemSwitch.h"
 
-#include "StatusIconArt.h"
 #include "StatusNotifierItem.h"
 #include "StatusTitle.h"
 #include "TrayIconStatusItem.h"
@@ -42,6 +41,11 @@ void StatusItemSwitch::setOfflineNote(const QString &note)
     m_backend->setOfflineNote(note);
 }
 
+QRect StatusItemSwitch::anchor() const
+{
+    return m_backend->anchor();
+}
+
 void StatusItemSwitch::choose(bool watcherPresent)
 {
     // A watcher that restarted has forgotten the item, so a new watcher always means a new one.
@@ -50,7 +54,7 @@ void StatusItemSwitch::choose(bool watcherPresent)
     m_backend.reset();
     m_usesStatusNotifierItem = watcherPresent;
     if (watcherPresent)
-        m_backend = std::make_unique<StatusNotifierItem>(StatusIconArt::bat(64), m_menuEntries);
+        m_backend = std::make_unique<StatusNotifierItem>(m_menuEntries);
     else
         m_backend = std::make_unique<TrayIconStatusItem>();
     qCInfo(lcSwitch) << "status item:"

@@ -18,6 +18,7 @@ public:
 
     void setTitle(const StatusTitle::Line &title) override;
     void setOfflineNote(const QString &note) override;
+    QRect anchor() const override;
 
 private:
     void choose(bool watcherPresent);

@@ -1,5 +1,6 @@
 #include "StatusNotifierItem.h"
 
+#include "StatusIconArt.h"
 #include "StatusTitle.h"
 
 #include <QCoreApplication>
@@ -18,16 +19,15 @@ const QString menuPath = QStringLiteral("/MenuBar");
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(const QImage &icon,
-                                       DBusMenuExporter::EntrySource menuEntries, QObject *parent)
+StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries, QObject *parent)
     : StatusItem(parent)
     , m_bus(QDBusConnection::sessionBus())
     , m_serviceName(
           QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
     , m_menu(std::move(menuEntries))
-    , m_icon(imagesOf(icon))
     , m_title(StatusTitle::bat)
 {
+    drawIcon();
     registerDBusWireTypes();
     m_bus.registerObject(itemPath, this,
                          QDBusConnection::ExportScriptableContents |
@@ -85,10 +85,13 @@ void StatusNotifierItem::setTitle(const StatusTitle::Line &title)
         return;
     // Only the tool tip says the state in words: the label is announced when its text moves.
     const bool textChanged = title.text != m_title;
+    const bool stateChanged = title.state != m_state;
     m_title = title.text;
     m_state = title.state;
     if (textChanged)
         emit XAyatanaNewLabel(label(), labelGuide());
+    if (stateChanged)
+        drawIcon();
     emit NewToolTip();
 }
 
@@ -96,7 +99,10 @@ void StatusNotifierItem::setOfflineNote(const QString &note)
 {
     if (note == m_offlineNote)
         return;
+    const bool wasOffline = !m_offlineNote.isEmpty();
     m_offlineNote = note;
+    if (wasOffline != !note.isEmpty())
+        drawIcon();
     emit NewToolTip();
 }
 
@@ -114,10 +120,18 @@ QString StatusNotifierItem::labelGuide() const
     return QStringLiteral("MMM \U0001F534 888/8 (88.8) \u00B7 888/8");
 }
 
-void StatusNotifierItem::Activate(int x, int y)
+QRect StatusNotifierItem::pointAt(int x, int y)
 {
     // Hosts that do not know the click point send 0, 0.
-    emit leftClicked(x == 0 && y == 0 ? QRect() : QRect(x, y, 1, 1));
+    if (x == 0 && y == 0)
+        return {};
+    m_pointedAt = QRect(x, y, 1, 1);
+    return m_pointedAt;
+}
+
+void StatusNotifierItem::Activate(int x, int y)
+{
+    emit leftClicked(pointAt(x, y));
 }
 
 void StatusNotifierItem::SecondaryActivate(int x, int y)
@@ -127,6 +141,7 @@ void StatusNotifierItem::SecondaryActivate(int x, int y)
 
 void StatusNotifierItem::ContextMenu(int x, int y)
 {
+    pointAt(x, y);
     emit rightClicked(QPoint(x, y));
 }
 
@@ -134,17 +149,17 @@ void StatusNotifierItem::Scroll(int, const QString &) {}
 
 void StatusNotifierItem::ProvideXdgActivationToken(const QString &) {}
 
-DBusImageList StatusNotifierItem::imagesOf(const QImage &icon)
+void StatusNotifierItem::drawIcon()
 {
-    DBusImageList images;
+    m_icon.clear();
     for (int side : {16, 22, 32, 48}) {
-        const QImage scaled = icon.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-                                  .convertToFormat(QImage::Format_ARGB32);
-        DBusImage image{scaled.width(), scaled.height(), {}};
-        image.pixels.reserve(scaled.width() * scaled.height() * 4);
-        for (int row = 0; row < scaled.height(); ++row) {
-            const auto *line = reinterpret_cast<const QRgb *>(scaled.constScanLine(row));
-            for (int column = 0; column < scaled.width(); ++column) {
+        const QImage drawn = StatusIconArt::image(m_state, !m_offlineNote.isEmpty(), side)
+                                 .convertToFormat(QImage::Format_ARGB32);
+        DBusImage image{side, side, {}};
+        image.pixels.reserve(side * side * 4);
+        for (int row = 0; row < side; ++row) {
+            const auto *line = reinterpret_cast<const QRgb *>(drawn.constScanLine(row));
+            for (int column = 0; column < side; ++column) {
                 const QRgb pixel = line[column];
                 image.pixels.append(char(qAlpha(pixel)));
                 image.pixels.append(char(qRed(pixel)));
@@ -152,7 +167,7 @@ DBusImageList StatusNotifierItem::imagesOf(const QImage &icon)
                 image.pixels.append(char(qBlue(pixel)));
             }
         }
-        images.append(image);
+        m_icon.append(image);
     }
-    return images;
+    emit NewIcon();
 }

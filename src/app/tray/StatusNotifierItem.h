@@ -7,9 +7,11 @@
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 
-// The status item as an org.kde.StatusNotifierItem: the bat as the icon, the rest of the title
-// as the Ayatana label (hosts draw the label after the icon, so the panel reads as the title),
-// the whole title as the tool tip, and the context menu exported over dbusmenu.
+// The status item as an org.kde.StatusNotifierItem: the bat as the icon, with the tray icon's
+// dot for a live match, a delay or old data (Plasma draws no label, so there the icon is all a
+// glance gets), the rest of the title as the Ayatana label (hosts draw the label after the icon,
+// so the panel reads as the title), the whole title as the tool tip, and the context menu
+// exported over dbusmenu.
 class StatusNotifierItem : public StatusItem {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
@@ -34,12 +36,13 @@ class StatusNotifierItem : public StatusItem {
 
 public:
     // Registers on the session bus and with the StatusNotifierWatcher.
-    StatusNotifierItem(const QImage &icon, DBusMenuExporter::EntrySource menuEntries,
-                       QObject *parent = nullptr);
+    explicit StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries,
+                                QObject *parent = nullptr);
     ~StatusNotifierItem() override;
 
     void setTitle(const StatusTitle::Line &title) override;
     void setOfflineNote(const QString &note) override;
+    QRect anchor() const override { return m_pointedAt; }
 
     // The title without its leading bat and the spaces after it.
     static QString labelOf(const QString &title);
@@ -77,7 +80,9 @@ signals:
     Q_SCRIPTABLE void XAyatanaNewLabel(const QString &label, const QString &guide);
 
 private:
-    static DBusImageList imagesOf(const QImage &icon);
+    void drawIcon();
+    // The box a host's point stands for; null for the 0, 0 of a host that does not know it.
+    QRect pointAt(int x, int y);
     // A watcher that has just taken its bus name may not answer yet: try a few times.
     void registerWithWatcher(int attemptsLeft);
 
@@ -88,4 +93,5 @@ private:
     QString m_title;
     StatusTitle::State m_state = StatusTitle::State::Quiet;
     QString m_offlineNote;
+    QRect m_pointedAt;
 };

@@ -14,6 +14,7 @@ public:
     explicit TrayIconStatusItem(QObject *parent = nullptr);
     void setTitle(const StatusTitle::Line &title) override;
     void setOfflineNote(const QString &note) override;
+    QRect anchor() const override { return m_icon.geometry(); }
 
 private:
     void show();
