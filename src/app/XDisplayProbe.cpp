@@ -6,17 +6,7 @@
 
 namespace {
 template <typename Reply> using Owned = std::unique_ptr<Reply, decltype(&free)>;
-} // namespace
 
-xcb_connection_t *XDisplayProbe::connection()
-{
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (QGuiApplication::platformName() != QLatin1StringView("xcb") || !x11)
-        return nullptr;
-    return x11->connection();
-}
-
-namespace {
 xcb_atom_t atom(xcb_connection_t *x, const char *name)
 {
     const Owned<xcb_intern_atom_reply_t> reply(
@@ -36,6 +26,14 @@ QByteArray property(xcb_connection_t *x, xcb_window_t window, xcb_atom_t name, x
                       xcb_get_property_value_length(reply.get()));
 }
 } // namespace
+
+xcb_connection_t *XDisplayProbe::connection()
+{
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (QGuiApplication::platformName() != QLatin1StringView("xcb") || !x11)
+        return nullptr;
+    return x11->connection();
+}
 
 QString XDisplayProbe::windowManagerName()
 {
