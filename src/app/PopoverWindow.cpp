@@ -40,7 +40,9 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
     });
     // A click on another window, on the desktop or on a shell's own bar or menu takes the focus.
     connect(this, &QWindow::activeChanged, this, [this] {
-        if (!isActive() && isVisible())
+        if (isActive())
+            m_activeSinceShow = true;
+        else if (isVisible() && m_activeSinceShow)
             closeAway();
     });
     connect(this, &QQuickWindow::frameSwapped, this, [this] {
@@ -98,6 +100,7 @@ void PopoverWindow::showBelow(const QRect &anchor)
     setScreen(screen);
     setPosition(placement(place, size, screen->availableGeometry()));
     m_sinceShowRequest.start();
+    m_activeSinceShow = false;
     show();
     raise();
     requestActivate();

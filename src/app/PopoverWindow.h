@@ -44,6 +44,8 @@ private:
     void closeAway();
 
     bool m_grabs = false; // the grabs see every click elsewhere
+    // Only a focus this showing held can be lost: the last showing's may still be on its way.
+    bool m_activeSinceShow = false;
     PopoverController &m_controller;
     QRect m_anchor; // the status item it hangs from, in screen coordinates
     QElapsedTimer m_sinceOutsideClick;

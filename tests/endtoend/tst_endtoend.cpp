@@ -6,6 +6,7 @@
 #include "TodayViewModel.h"
 #include "ZelConfig.h"
 
+#include <functional>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -19,9 +20,9 @@
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSettings>
-#include <QSignalSpy>
 #include <QTest>
 
+using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
 
 // Collects the labels a StatusNotifierItem announces.
@@ -35,97 +36,119 @@ public slots:
     void changed(const QString &label, const QString &) { received << label; }
 };
 
-// The application as users run it: its own X server, a tray host or a StatusNotifierWatcher on
-// a private session bus (CTest starts this under dbus-run-session), the league simulator on
-// loopback, and clicks from xdotool.
+// One league day as a user lives it, walked in order by as few runs of the application as it
+// takes: its own X server with trayer, then a real StatusNotifierWatcher on a private session
+// bus (CTest starts this under dbus-run-session), dunst, the accessibility bus and weston, the
+// league simulator on loopback with its analytics ingest, and keys and clicks from xdotool.
 class EndToEndTest : public QObject {
     Q_OBJECT
 
     DesktopSession m_desktop;
     StatusNotifierHost m_panel{m_desktop};
-    QProcess m_sim;
-    QProcess m_app;
-    QProcess m_host; // trayer or status-notifier-watcher
+    SettingsPortal m_portal;
+    LabelWatch m_labels;
+    QProcess m_sim, m_app, m_trayer, m_watcher, m_dunst, m_accessibilityBus;
+    QString m_item; // the running application's StatusNotifierItem
+    // Today's match and its moments: the toss, the first wicket, the result.
+    QJsonObject m_match;
+    QDateTime m_toss, m_wicket, m_end;
+    qsizetype m_firstRunBatches = 0;
 
-    QList<DesktopSession::Window> windows() const
+    static inline const QDateTime afternoon =
+        QDateTime::fromString(u"2026-11-22T14:00:00+05:30"_s, Qt::ISODate);
+
+    QString ingestLog() const { return m_desktop.path(u"ingest.jsonl"_s); }
+    QString cacheFile() const { return m_desktop.path(u"cache/ZelMenuBar/telemetrysignalcache"_s); }
+    // The store of the app's own identifier, which a default build sends.
+    QVariant stored(const QString &key) const
     {
-        return m_desktop.windows(u"zel-menubar-e2e"_s);
+        return QSettings(m_desktop.path(u"config/ZelMenuBar/seprior.64a5b131124f"_s),
+                         QSettings::IniFormat)
+            .value(key);
     }
 
+    QRect window(const std::function<bool(const DesktopSession::Window &)> &wanted) const
+    {
+        for (const auto &window : m_desktop.windows(u"zel-menubar-e2e"_s))
+            if (wanted(window))
+                return window.geometry;
+        return {};
+    }
     QRect popover() const
     {
-        for (const auto &window : windows()) {
-            if (window.name.startsWith(u"Scores"_s))
-                return window.geometry;
-        }
-        return {};
+        return window([](const auto &window) { return window.name.startsWith(u"Scores"_s); });
     }
-
-    bool popoverShown() const { return !popover().isEmpty(); }
-
-    // The tray icon inside trayer: the application's small window.
+    // The icon inside trayer: the application's small window.
     QRect trayIcon() const
     {
-        for (const auto &window : windows()) {
-            if (window.geometry.width() > 1 && window.geometry.width() <= 64 &&
-                window.geometry.height() <= 64)
-                return window.geometry;
-        }
-        return {};
+        return window([](const auto &window) {
+            return window.geometry.width() > 1 && window.geometry.width() <= 64 &&
+                   window.geometry.height() <= 64;
+        });
     }
-
     QRect contextMenu() const
     {
-        for (const auto &window : windows()) {
-            if (!window.name.startsWith(u"Scores"_s) && window.geometry.height() > 64)
-                return window.geometry;
-        }
-        return {};
+        return window([](const auto &window) {
+            return !window.name.startsWith(u"Scores"_s) && window.geometry.height() > 64;
+        });
+    }
+    bool popoverBecomes(bool shown) const
+    {
+        return QTest::qWaitFor([&] { return popover().isEmpty() != shown; }, 15000);
     }
 
-    bool startSim(const QStringList &arguments)
+    bool start(QProcess &process, const QString &program, const QStringList &arguments = {})
     {
-        DesktopSession::tieToTest(m_sim);
-        m_sim.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_sim.start(QStringLiteral(ZEL_LEAGUE_SIM),
-                    QStringList{u"--port"_s, QString::number(ZEL_E2E_PORT)} + arguments);
-        return m_sim.waitForReadyRead(10000);
+        DesktopSession::tieToTest(process);
+        process.setProcessEnvironment(m_desktop.environment());
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start(program, arguments);
+        return process.waitForStarted();
+    }
+    static bool quitsCleanly(QProcess &process)
+    {
+        return process.waitForFinished(10000) && process.exitStatus() == QProcess::NormalExit &&
+               process.exitCode() == 0;
     }
 
-    bool startApp()
+    bool startSim(const QStringList &more = {})
     {
-        DesktopSession::tieToTest(m_app);
-        m_app.setProcessEnvironment(m_desktop.environment());
-        m_app.setProcessChannelMode(QProcess::ForwardedChannels);
-        m_app.start(QStringLiteral(ZEL_E2E_APP));
-        return m_app.waitForStarted();
+        return start(m_sim, QStringLiteral(ZEL_LEAGUE_SIM),
+                     QStringList{u"--port"_s, QString::number(ZEL_E2E_PORT), u"--scenario"_s,
+                                 u"next-start-today"_s, u"--start"_s,
+                                 afternoon.toString(Qt::ISODate), u"--ingest-log"_s, ingestLog(),
+                                 // no update on offer: the notifications are the match's
+                                 u"--announce-version"_s, QString::fromUtf8(ZelConfig::version)} +
+                         more) &&
+               m_sim.waitForReadyRead(10000);
     }
-
-    bool startTrayer(QProcess &trayer)
+    bool startApp() { return start(m_app, QStringLiteral(ZEL_E2E_APP)); }
+    // The app beside the running watcher, and its item once registered.
+    bool startAppWithItem()
     {
-        DesktopSession::tieToTest(trayer);
-        trayer.setProcessEnvironment(m_desktop.environment());
-        trayer.start(u"trayer"_s, {u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s,
-                                   u"--widthtype"_s, u"request"_s, u"--height"_s, u"24"_s});
-        return trayer.waitForStarted();
+        const QString previous = m_item;
+        return startApp() && QTest::qWaitFor(
+                                 [&] {
+                                     m_item = m_panel.registeredItem();
+                                     return !m_item.isEmpty() && m_item != previous;
+                                 },
+                                 15000);
     }
-
-    // The app beside a StatusNotifierItem watcher: the item's bus name once it registered, else
-    // nothing.
-    QString startAppWithItem()
+    QString label() const { return m_panel.itemProperty(m_item, u"XAyatanaLabel"_s).toString(); }
+    // A click on the item, as a tray host sends it.
+    bool activateTo(bool shown)
     {
-        QString item;
-        const bool registered =
-            m_panel.startWatcher(m_host) && startApp() &&
-            QTest::qWaitFor([&] { return !(item = m_panel.registeredItem()).isEmpty(); }, 15000);
-        return registered ? item : QString();
+        m_panel.callItem(m_item, u"Activate"_s);
+        return popoverBecomes(shown);
     }
-
-    // A click on the item, as a tray host sends it; whether the popover then shows.
-    bool activateToOpen(const QString &item)
+    // "Quit Zel Menu Bar", the last entry of the menu the item exports, as a panel runs it.
+    bool quitThroughMenu()
     {
-        m_panel.callItem(item, u"Activate"_s);
-        return QTest::qWaitFor([&] { return popoverShown(); }, 5000);
+        const auto entries = m_panel.menuEntries(m_item);
+        if (entries.isEmpty() || entries.last().second != u"Quit Zel Menu Bar"_s)
+            return false;
+        m_panel.clickMenuEntry(m_item, entries.last().first);
+        return quitsCleanly(m_app);
     }
 
     // The title a fresh state object computes from the simulator right now.
@@ -152,7 +175,7 @@ class EndToEndTest : public QObject {
         return reply->readAll();
     }
 
-    // Today's first match as the simulator serves it at this moment of the league.
+    // Today's match as the simulator serves it at this moment of the league.
     static QJsonObject simMatchAt(const QDateTime &moment)
     {
         simCall("PUT", u"/sim/clock"_s, moment.toString(Qt::ISODate).toUtf8());
@@ -173,147 +196,307 @@ class EndToEndTest : public QObject {
         return summaries;
     }
 
+    // The records of each batch the ingest received, in order.
+    QList<QJsonArray> ingestBatches() const
+    {
+        QFile file(ingestLog());
+        QList<QJsonArray> batches;
+        if (file.open(QIODevice::ReadOnly))
+            for (const QByteArray &line : file.readAll().split('\n'))
+                if (!line.isEmpty())
+                    batches.append(QJsonDocument::fromJson(line).array());
+        return batches;
+    }
+    QStringList ingestTypes() const
+    {
+        QStringList types;
+        for (const QJsonArray &batch : ingestBatches())
+            for (const QJsonValue record : batch)
+                types.append(record[u"type"_s].toString());
+        return types;
+    }
+
+    // The popover as a screen reader reads it, over AT-SPI, from a client process of its own.
+    QString tree() const
+    {
+        return m_desktop.run(u"/usr/bin/python3"_s,
+                             {QStringLiteral(ZEL_ACCESSIBLE_TREE), u"zel-menubar"_s});
+    }
+    QString focused() const
+    {
+        static const QRegularExpression line(u"\\t([^\\t\\n]*\\t[^\\t\\n]*)\\t[^\\n]*focused"_s);
+        return line.match(tree()).captured(1);
+    }
+
 private slots:
     void initTestCase()
     {
         QVERIFY(QDBusConnection::sessionBus().isConnected());
         QVERIFY(m_desktop.start());
+        // A desktop that asks for reduced motion and inverted colours, a screen reader's bus
+        // and a notification server.
+        m_portal.settings = SettingsPortal::everythingOn();
+        m_portal.delay = 300ms;
+        QVERIFY(m_portal.publish());
+        QVERIFY(start(m_accessibilityBus, u"/usr/libexec/at-spi-bus-launcher"_s,
+                      {u"--launch-immediately"_s}));
+        QVERIFY(start(m_dunst, u"dunst"_s));
+        QDBusConnectionInterface *bus = QDBusConnection::sessionBus().interface();
+        QTRY_VERIFY(bus->isServiceRegistered(u"org.a11y.Bus"_s));
+        QDBusMessage enable = QDBusMessage::createMethodCall(
+            u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties"_s, u"Set"_s);
+        enable << u"org.a11y.Status"_s << u"IsEnabled"_s << QVariant::fromValue(QDBusVariant(true));
+        QCOMPARE(QDBusConnection::sessionBus().call(enable).type(), QDBusMessage::ReplyMessage);
+        // Asked before dunst holds its name, the bus would start another one, without a display.
+        QTRY_COMPARE(bus->servicePid(u"org.freedesktop.Notifications"_s).value(),
+                     uint(m_dunst.processId()));
+
+        QVERIFY(startSim());
+        m_match = simMatchAt(afternoon);
+        const QDateTime start =
+            QDateTime::fromString(m_match[u"startTime"_s].toString(), Qt::ISODate);
+        QVERIFY2(start.isValid(), qPrintable(QJsonDocument(m_match).toJson()));
+        m_toss = start.addSecs(-25 * 60);
+        m_wicket = m_toss;
+        while (MatchEvents::wicketsIn(
+                   simMatchAt(m_wicket)[u"batting"_s][u"firstSummary"_s].toString()) < 1)
+            m_wicket = m_wicket.addSecs(120);
+        m_end = start.addSecs(5 * 3600);
+        QCOMPARE(simMatchAt(m_end)[u"status"_s].toString(), u"finished"_s);
+        simMatchAt(afternoon);
+
+        // Every alert on for the favourite's matches.
+        QSettings settings(m_desktop.path(u"config/ZelMenuBar/settings.ini"_s),
+                           QSettings::IniFormat);
+        settings.setValue(u"favourite/id"_s, m_match[u"homeTeam"_s][u"id"_s].toString());
+        settings.setValue(u"favourite/name"_s, m_match[u"homeTeam"_s][u"name"_s].toString());
+        for (const char *alert : {"starts", "wickets", "results"})
+            settings.setValue(u"notify/"_s + QLatin1StringView(alert), true);
     }
 
-    void cleanup()
+    void trayIconClicks()
     {
-        DesktopSession::stop(m_app);
-        DesktopSession::stop(m_host);
-        DesktopSession::stop(m_sim);
-    }
-
-    void trayIconClicksAndQuit()
-    {
-        QVERIFY(startSim({u"--scenario"_s, u"live-second-innings"_s}));
-        QVERIFY(startTrayer(m_host));
+        QVERIFY(start(m_trayer, u"trayer"_s,
+                      {u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s, u"--widthtype"_s,
+                       u"request"_s, u"--height"_s, u"24"_s}));
         QVERIFY(startApp());
         QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 15000);
         const QPoint icon = trayIcon().center();
-
-        m_desktop.click(icon, 1);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        const QRect shown = popover();
-        QCOMPARE(shown.size(), QSize(380, 500));
-        QVERIFY(shown.top() >= trayIcon().bottom());
-        QVERIFY(QRect(0, 0, 1280, 800).contains(shown));
-        m_desktop.click(icon, 1);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-        // A click elsewhere closes it, and so does Escape: the popup holds the keyboard. A click
-        // on the icon soon after a closing click would count as that same click.
-        QTest::qWait(400);
-        m_desktop.click(icon, 1);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        m_desktop.click(QPoint(200, 600), 1);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-        QTest::qWait(400);
-        m_desktop.click(icon, 1);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        m_desktop.key(u"Escape"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-
+        // Closed by the icon, by a click elsewhere and by Escape: the popup holds the keyboard.
+        const std::function<void()> closers[] = {[&] { m_desktop.click(icon, 1); },
+                                                 [&] {
+                                                     m_desktop.click({200, 600}, 1);
+                                                 },
+                                                 [&] { m_desktop.key(u"Escape"_s); }};
+        for (const auto &close : closers) {
+            QTest::qWait(400); // a click soon after a closing click would count as that click
+            m_desktop.click(icon, 1);
+            QVERIFY(popoverBecomes(true));
+            QCOMPARE(popover().size(), QSize(380, 500));
+            QVERIFY(popover().top() >= trayIcon().bottom());
+            QVERIFY(QRect(0, 0, 1280, 800).contains(popover()));
+            close();
+            QVERIFY(popoverBecomes(false));
+        }
         // A second launch shows the running copy's popover and steps aside.
         QProcess second;
-        second.setProcessEnvironment(m_desktop.environment());
-        second.start(QStringLiteral(ZEL_E2E_APP));
-        QVERIFY(second.waitForFinished(10000));
-        QCOMPARE(second.exitCode(), 0);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        m_desktop.click(icon, 1);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
+        QVERIFY(start(second, QStringLiteral(ZEL_E2E_APP)));
+        QVERIFY(quitsCleanly(second));
+        QVERIFY(popoverBecomes(true));
+        m_desktop.key(u"Escape"_s);
+        QVERIFY(popoverBecomes(false));
+    }
 
-        m_desktop.click(icon, 3);
+    // A watcher appears: the tray icon makes way for the item, which a panel reads and clicks.
+    void statusNotifierItem()
+    {
+        QVERIFY(m_panel.startWatcher(m_watcher));
+        QTRY_VERIFY_WITH_TIMEOUT(!(m_item = m_panel.registeredItem()).isEmpty(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(trayIcon().isEmpty(), 5000);
+        QVERIFY(QDBusConnection::sessionBus().connect(
+            m_item, u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s,
+            u"XAyatanaNewLabel"_s, &m_labels, SLOT(changed(QString, QString))));
+        QTRY_VERIFY_WITH_TIMEOUT(!label().isEmpty(), 15000);
+        QCOMPARE(m_panel.itemProperty(m_item, u"Title"_s).toString(), u"Zel Menu Bar"_s);
+        QCOMPARE(m_panel.itemProperty(m_item, u"ItemIsMenu"_s).toBool(), false);
+        QCOMPARE(m_panel.itemProperty(m_item, u"IconName"_s).toString(), u"zel-menubar"_s);
+        QCOMPARE(m_panel.toolTipTitle(m_item), u"\U0001F3CF  "_s + label());
+
+        QVERIFY(activateTo(true));
+        QVERIFY(activateTo(false));
+        const auto entries = m_panel.menuEntries(m_item);
+        QVERIFY(!entries.isEmpty());
+        QCOMPARE(entries.first().second, u"Show Scores"_s);
+        m_panel.clickMenuEntry(m_item, entries.first().first);
+        QVERIFY(popoverBecomes(true));
+        QVERIFY(activateTo(false));
+    }
+
+    // The simulator's clock moves on between reloads (F5 in the popover): the toss, a wicket
+    // and the result reach dunst, and a click on the result opens today's matches.
+    void matchAlerts()
+    {
+        const auto reloadAt = [&](const QDateTime &moment) {
+            simMatchAt(moment);
+            m_desktop.key(u"F5"_s);
+        };
+        QVERIFY(activateTo(true));
+        reloadAt(m_toss);
+        QTRY_COMPARE_WITH_TIMEOUT(notifications().size(), 1, 10000);
+        QVERIFY2(notifications().first().endsWith(u" has started"_s),
+                 qPrintable(notifications().first()));
+        reloadAt(m_wicket);
+        QTRY_COMPARE_WITH_TIMEOUT(notifications().size(), 2, 10000);
+        QVERIFY2(notifications().last().startsWith(u"Wicket! "_s),
+                 qPrintable(notifications().last()));
+
+        m_desktop.key(u"Escape"_s);
+        QVERIFY(popoverBecomes(false));
+        simMatchAt(m_end);
+        QVERIFY(activateTo(true));
+        m_desktop.key(u"F5"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(m_desktop.run(u"dunstctl"_s, {u"count"_s, u"displayed"_s}),
+                                  u"1"_s, 10000);
+        m_desktop.key(u"Escape"_s);
+        QVERIFY(popoverBecomes(false));
+        m_desktop.run(u"dunstctl"_s, {u"action"_s, u"0"_s});
+        QVERIFY(popoverBecomes(true));
+        QCOMPARE(notifications().size(), 3);
+        QVERIFY2(notifications().last().endsWith(u": result"_s),
+                 qPrintable(notifications().last()));
+    }
+
+    // Label and tool tip follow the score together, to the title a fresh state object computes
+    // from the service; a ball bowled between the two loads waits for the next refresh.
+    void titleFollowsTheScore()
+    {
+        simMatchAt(m_wicket);
+        m_desktop.key(u"F5"_s);
+        QString expected;
+        QTRY_COMPARE_WITH_TIMEOUT(u"\U0001F3CF  "_s + label(), expected = expectedTitle(), 45000);
+        QCOMPARE(m_panel.toolTipTitle(m_item), expected);
+        QCOMPARE(m_labels.received.value(m_labels.received.size() - 1), label());
+        QVERIFY(activateTo(false));
+    }
+
+    // The watcher goes: the tray icon is back, and its menu quits. The first run's signals have
+    // reached the ingest: one new installation, on a desktop that said what it asks for.
+    void backToTheTrayAndQuit()
+    {
+        DesktopSession::stop(m_watcher);
+        QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(!ingestBatches().isEmpty(), 15000);
+        QCOMPARE(ingestTypes().first(3),
+                 (QStringList{u"app.launched"_s, u"TelemetryDeck.Acquisition.newInstallDetected"_s,
+                              u"TelemetryDeck.Session.started"_s}));
+        const QString today = QDate::currentDate().toString(Qt::ISODate);
+        const QJsonArray first = ingestBatches().first();
+        for (const QJsonValue record : first) {
+            QCOMPARE(record[u"appID"_s].toString(), u"5F0C2A7E-3B91-4D6A-9E28-7C4B1D03A6F5"_s);
+            const QJsonObject payload = record[u"payload"_s].toObject();
+            QCOMPARE(payload[u"TelemetryDeck.Accessibility.isReduceMotionEnabled"_s], u"true"_s);
+            QCOMPARE(payload[u"TelemetryDeck.Accessibility.isInvertColorsEnabled"_s], u"true"_s);
+            QCOMPARE(payload[u"TelemetryDeck.Acquisition.firstSessionDate"_s], today);
+        }
+
+        m_desktop.click(trayIcon().center(), 3);
         QRect menu;
         QTRY_VERIFY_WITH_TIMEOUT(!(menu = contextMenu()).isEmpty(), 5000);
         // "Quit Zel Menu Bar" is the last entry.
         m_desktop.click(QPoint(menu.left() + 40, menu.bottom() - 10), 1);
-        QVERIFY(m_app.waitForFinished(10000));
-        QCOMPARE(m_app.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(m_app.exitCode(), 0);
+        QVERIFY(quitsCleanly(m_app));
+        QCOMPARE(stored(u"firstSessionDate"_s).toString(), today);
+        DesktopSession::stop(m_trayer);
     }
 
-    void switchesBetweenTrayAndStatusNotifier()
+    // A start with the service down shows an error with "Retry" and no title; the service comes
+    // back (its ingest refusing), and Return retries. The match is over by then: no alert.
+    void serviceDownAtStart()
     {
-        QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s}));
-        QProcess trayer;
-        QVERIFY(startTrayer(trayer));
-        QVERIFY(startApp());
-        QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 15000);
+        DesktopSession::stop(m_sim);
+        QVERIFY(m_panel.startWatcher(m_watcher));
+        QVERIFY(startAppWithItem());
+        QVERIFY(activateTo(true));
+        QString shown;
+        QTRY_VERIFY2_WITH_TIMEOUT((shown = tree()).contains(u"\tpush button\tRetry\t"_s),
+                                  qPrintable(shown), 20000);
+        m_desktop.run(u"import"_s,
+                      {u"-window"_s, u"root"_s,
+                       QCoreApplication::applicationDirPath() + u"/e2e-service-failure.png"_s});
+        QCOMPARE(label(), QString());
+        QCOMPARE(m_panel.toolTipTitle(m_item), u"\U0001F3CF"_s);
 
-        QVERIFY(m_panel.startWatcher(m_host));
-        QTRY_VERIFY_WITH_TIMEOUT(!m_panel.registeredItem().isEmpty(), 10000);
-        QTRY_VERIFY_WITH_TIMEOUT(trayIcon().isEmpty(), 5000);
-
-        DesktopSession::stop(m_host);
-        QTRY_VERIFY_WITH_TIMEOUT(!trayIcon().isEmpty(), 10000);
-        DesktopSession::stop(trayer);
-
-        // SIGTERM is an ordinary quit.
-        m_app.terminate();
-        QVERIFY(m_app.waitForFinished(10000));
-        QCOMPARE(m_app.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(m_app.exitCode(), 0);
+        m_firstRunBatches = ingestBatches().size();
+        QVERIFY(startSim({u"--ingest-status"_s, u"500"_s}));
+        simMatchAt(m_end);
+        m_desktop.key(u"Return"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!label().isEmpty(), 10000);
+        QCOMPARE(notifications().size(), 3);
     }
 
-    void statusNotifierItem()
+    // A screen reader finds the open popover, its controls and the finished match's scorecard.
+    void screenReader()
     {
-        // A ball every 10 s: the score moves between two of the app's 30-second refreshes.
-        QVERIFY(startSim({u"--scenario"_s, u"live-second-innings"_s, u"--speed"_s, u"4"_s}));
-        const QString item = startAppWithItem();
-        QVERIFY(!item.isEmpty());
-        LabelWatch labels;
-        QVERIFY(QDBusConnection::sessionBus().connect(
-            item, u"/StatusNotifierItem"_s, u"org.kde.StatusNotifierItem"_s, u"XAyatanaNewLabel"_s,
-            &labels, SLOT(changed(QString, QString))));
-        QTRY_VERIFY_WITH_TIMEOUT(
-            !m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(), 15000);
-        QCOMPARE(m_panel.itemProperty(item, u"Title"_s).toString(), u"Zel Menu Bar"_s);
-        QCOMPARE(m_panel.itemProperty(item, u"ItemIsMenu"_s).toBool(), false);
-        QCOMPARE(m_panel.itemProperty(item, u"IconName"_s).toString(), u"zel-menubar"_s);
-        const QString firstTitle = m_panel.toolTipTitle(item);
-        QVERIFY(firstTitle.startsWith(u"\U0001F3CF  "_s));
-        QCOMPARE(m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString(), firstTitle.mid(4));
-
-        QVERIFY(activateToOpen(item));
-        m_panel.callItem(item, u"Activate"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-
-        const auto entries = m_panel.menuEntries(item);
-        QVERIFY(!entries.isEmpty());
-        QCOMPARE(entries.first().second, u"Show Scores"_s);
-        m_panel.clickMenuEntry(item, entries.first().first);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        m_panel.callItem(item, u"Activate"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-
-        // The scenario moves on: at the next refresh label and tool tip change together, to
-        // the title a fresh state object computes from the service at that moment. A ball
-        // bowled between the two fetches gets another refresh, twice at most.
-        bool matched = false;
-        QString previous = firstTitle;
-        for (int attempt = 0; attempt < 3 && !matched; ++attempt) {
-            const QString previousLabel = previous.mid(4);
-            QTRY_VERIFY_WITH_TIMEOUT(
-                !labels.received.isEmpty() && labels.received.last() != previousLabel, 45000);
-            const QString expected = expectedTitle();
-            const QString title = m_panel.toolTipTitle(item);
-            QCOMPARE(labels.received.last(), title.mid(4));
-            QCOMPARE(m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString(), title.mid(4));
-            matched = title == expected;
-            if (!matched)
-                qWarning() << "title" << title << "but a fresh state object says" << expected;
-            previous = title;
+        // A row says its state in a word and the match in a sentence, and whether it is open.
+        static const QRegularExpression row(
+            u"\tlist item\t(Result: [^\t]+)\t[^\t]*\tCollapsed\n"_s);
+        QString shown;
+        QTRY_VERIFY2_WITH_TIMEOUT(row.match(shown = tree()).hasMatch(), qPrintable(shown), 20000);
+        for (const QString &part : {u"1\tframe\tScores\t"_s, u"\tpush button\tRefresh\t"_s,
+                                    u"\tpage tab list\t"_s, u"\theading\t\U0001F3CF  Zel "_s})
+            QVERIFY2(shown.contains(part), qPrintable(part + u'\n' + shown));
+        // Each tab by its name, the open one selected.
+        for (const QString &tab : {u"Results"_s, u"Today"_s, u"Fixtures"_s}) {
+            const QRegularExpressionMatch found =
+                QRegularExpression(u"\tpage tab\t%1\t([^\n]*)"_s.arg(tab)).match(shown);
+            QVERIFY2(found.hasMatch(), qPrintable(tab + u'\n' + shown));
+            QCOMPARE(found.captured(1).split(u',').contains(u"selected"_s), tab == u"Today"_s);
         }
-        QVERIFY(matched);
+        QVERIFY2(QRegularExpression(u"\timage\t[A-Z]+ logo\t"_s).match(shown).hasMatch(),
+                 qPrintable(shown));
+        // Tab reaches the flat tool buttons of the header, which the reader hears focused.
+        m_desktop.key(u"Tab"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"push button\tRefresh"_s, 5000);
+        m_desktop.key(u"Tab"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"push button\tSettings"_s, 5000);
+        // On through the tabs to the result, which Space opens into a table of named columns.
+        for (int presses = 0; presses < 6 && !focused().startsWith(u"list item"_s); ++presses) {
+            const QString before = focused();
+            m_desktop.key(u"Tab"_s);
+            QTRY_VERIFY_WITH_TIMEOUT(focused() != before, 5000);
+        }
+        QVERIFY2(focused().startsWith(u"list item\tResult: "_s), qPrintable(tree()));
+        m_desktop.key(u"space"_s);
+        static const QRegularExpression opened(
+            u"\tlist item\tResult: [^\t]+\t[^\t]*focused[^\t]*\tExpanded\n"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(opened.match(tree()).hasMatch(), 10000);
+        const QString card = tree();
+        QVERIFY2(card.contains(u"\ttable\tBATTING\t"_s), qPrintable(card));
+        QVERIFY(card.contains(u"\ttable column header\tStrike rate\t"_s));
+        static const QRegularExpression batter(
+            u"\ttable row\t[^\t,]+, Runs \\d+, Balls \\d+, Fours \\d+, Sixes \\d+, Strike rate "_s);
+        QVERIFY(batter.match(card).hasMatch());
+        // The innings switch is next; Right picks the second innings.
+        m_desktop.key(u"Tab"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"page tab list\t"_s, 5000);
+        m_desktop.key(u"Right"_s);
+        static const QRegularExpression second(u"\tpage tab\t2nd [^\t]*\t[^\t]*,selected,"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(second.match(tree()).hasMatch(), 5000);
+    }
+
+    // SIGTERM is an ordinary quit; the signals the ingest refused wait on disk.
+    void terminateKeepsRefusedSignals()
+    {
+        m_app.terminate();
+        QVERIFY(quitsCleanly(m_app));
+        QVERIFY(QFile::exists(cacheFile()));
+        QCOMPARE(ingestBatches().size(), m_firstRunBatches);
     }
 
     // Under a Wayland compositor the app runs on Xwayland, whose window manager places ordinary
-    // windows itself; the popup still opens where the status item asked.
-    void popoverUnderWestonAndXwayland()
+    // windows itself; the popup still opens where the item asked. The ingest takes signals
+    // again: what waited on disk goes, and three runs made one installation.
+    void underWestonAndXwayland()
     {
         QProcess weston;
         DesktopSession::tieToTest(weston);
@@ -340,318 +523,24 @@ private slots:
             m_desktop.setDisplay({});
         });
 
-        QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s}));
-        const QString item = startAppWithItem();
-        QVERIFY(!item.isEmpty());
-        QVERIFY(activateToOpen(item)); // at (600, 30)
+        QVERIFY(simCall("PUT", u"/sim/ingest-status"_s, "200").has_value());
+        const qsizetype batches = ingestBatches().size();
+        QVERIFY(startAppWithItem());
+        QVERIFY(activateTo(true)); // at (600, 30)
         QCOMPARE(popover(), QRect(QPoint(600 - 380 / 2, 30 + 1 + 4), QSize(380, 500)));
         m_desktop.key(u"Escape"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-        QVERIFY(activateToOpen(item));
-        m_panel.callItem(item, u"Activate"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-    }
+        QVERIFY(popoverBecomes(false));
+        QVERIFY(activateTo(true));
+        QVERIFY(activateTo(false));
 
-    // A screen reader, started on the desktop, finds the open popover and its controls: read
-    // over AT-SPI by a client process of its own.
-    void screenReaderFindsThePopover()
-    {
-        QProcess bus;
-        DesktopSession::tieToTest(bus);
-        bus.setProcessEnvironment(m_desktop.environment());
-        bus.start(u"/usr/libexec/at-spi-bus-launcher"_s, {u"--launch-immediately"_s});
-        QVERIFY(bus.waitForStarted());
-        const auto stopBus = qScopeGuard([&] { DesktopSession::stop(bus); });
-        QTRY_VERIFY(
-            QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.a11y.Bus"_s));
-        QDBusMessage enable = QDBusMessage::createMethodCall(
-            u"org.a11y.Bus"_s, u"/org/a11y/bus"_s, u"org.freedesktop.DBus.Properties"_s, u"Set"_s);
-        enable << u"org.a11y.Status"_s << u"IsEnabled"_s << QVariant::fromValue(QDBusVariant(true));
-        QCOMPARE(QDBusConnection::sessionBus().call(enable).type(), QDBusMessage::ReplyMessage);
-
-        // A fixed afternoon: at night in India "today" would be the next day's, without the result.
-        QVERIFY(startSim(
-            {u"--scenario"_s, u"todays-result"_s, u"--start"_s, u"2026-11-22T18:00:00+05:30"_s}));
-        const QString item = startAppWithItem();
-        QVERIFY(!item.isEmpty());
-        QVERIFY(activateToOpen(item));
-        const auto tree = [&] {
-            return m_desktop.run(u"/usr/bin/python3"_s,
-                                 {QStringLiteral(ZEL_ACCESSIBLE_TREE), u"zel-menubar"_s});
-        };
-        // A row says its state in a word and the match in a sentence, and whether it is open:
-        // waited for, since Today may still be loading on a busy machine.
-        static const QRegularExpression row(
-            u"\tlist item\t(Result: [^\t]+)\t[^\t]*\tCollapsed\n"_s);
-        QString shown;
-        QTRY_VERIFY2_WITH_TIMEOUT(row.match(shown = tree()).hasMatch(), qPrintable(shown), 20000);
-        QVERIFY2(shown.contains(u"1\tframe\tScores\t"_s), qPrintable(shown));
-        QVERIFY2(shown.contains(u"\tpush button\tRefresh\t"_s), qPrintable(shown));
-        QVERIFY2(shown.contains(u"\tpage tab list\t"_s), qPrintable(shown));
-        QVERIFY2(shown.contains(u"\theading\t\U0001F3CF  Zel "_s), qPrintable(shown));
-        // Each tab by its name, the open one selected.
-        for (const QString &tab : {u"Results"_s, u"Today"_s, u"Fixtures"_s}) {
-            const QRegularExpression line(u"\tpage tab\t%1\t([^\n]*)"_s.arg(tab));
-            const QRegularExpressionMatch found = line.match(shown);
-            QVERIFY2(found.hasMatch(), qPrintable(tab + u'\n' + shown));
-            QCOMPARE(found.captured(1).split(u',').contains(u"selected"_s), tab == u"Today"_s);
-        }
-        static const QRegularExpression badge(u"\timage\t[A-Z]+ logo\t"_s);
-        QVERIFY2(badge.match(shown).hasMatch(), qPrintable(shown));
-        // Tab reaches the flat tool buttons of the header, which the reader hears focused.
-        const auto focused = [&] {
-            static const QRegularExpression line(
-                u"\\t([^\\t\\n]*\\t[^\\t\\n]*)\\t[^\\n]*focused"_s);
-            return line.match(tree()).captured(1);
-        };
-        m_desktop.key(u"Tab"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"push button\tRefresh"_s, 5000);
-        m_desktop.key(u"Tab"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"push button\tSettings"_s, 5000);
-        // On through the tabs to the result, which Space opens into a table of named columns.
-        for (int presses = 0; presses < 6 && !focused().startsWith(u"list item"_s); ++presses) {
-            m_desktop.key(u"Tab"_s);
-            QTest::qWait(300);
-        }
-        QVERIFY2(focused().startsWith(u"list item\tResult: "_s), qPrintable(tree()));
-        m_desktop.key(u"space"_s);
-        static const QRegularExpression opened(
-            u"\tlist item\tResult: [^\t]+\t[^\t]*focused[^\t]*\tExpanded\n"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(opened.match(tree()).hasMatch(), 10000);
-        // Its scorecard: tables whose columns have their full names, read a batter at a time.
-        const QString card = tree();
-        QVERIFY2(card.contains(u"\ttable\tBATTING\t"_s), qPrintable(card));
-        QVERIFY(card.contains(u"\ttable column header\tStrike rate\t"_s));
-        static const QRegularExpression batter(
-            u"\ttable row\t[^\t,]+, Runs \\d+, Balls \\d+, Fours \\d+, Sixes \\d+, Strike rate "_s);
-        QVERIFY(batter.match(card).hasMatch());
-        // The innings switch is next; Right picks the second innings.
-        m_desktop.key(u"Tab"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(focused(), u"page tab list\t"_s, 5000);
-        m_desktop.key(u"Right"_s);
-        static const QRegularExpression second(u"\tpage tab\t2nd [^\t]*\t[^\t]*,selected,"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(second.match(tree()).hasMatch(), 5000);
-    }
-
-    // The records of each batch the simulator's ingest received, in order.
-    QList<QJsonArray> ingestBatches(const QString &log)
-    {
-        QFile file(log);
-        QList<QJsonArray> batches;
-        if (!file.open(QIODevice::ReadOnly))
-            return batches;
-        for (const QByteArray &line : file.readAll().split('\n'))
-            if (!line.isEmpty())
-                batches.append(QJsonDocument::fromJson(line).array());
-        return batches;
-    }
-
-    // The types of every record of the batches the ingest received.
-    QStringList ingestTypes(const QString &log)
-    {
-        QStringList types;
-        for (const QJsonArray &batch : ingestBatches(log))
-            for (const QJsonValue record : batch)
-                types.append(record[u"type"_s].toString());
-        return types;
-    }
-
-    // "Quit Zel Menu Bar" from the menu the item exports, as a panel runs it.
-    bool quitThroughMenu()
-    {
-        QString item;
-        if (!QTest::qWaitFor([&] { return !(item = m_panel.registeredItem()).isEmpty(); }, 10000))
-            return false;
-        const auto entries = m_panel.menuEntries(item);
-        if (entries.isEmpty() || entries.last().second != u"Quit Zel Menu Bar"_s)
-            return false;
-        m_panel.clickMenuEntry(item, entries.last().first);
-        return m_app.waitForFinished(10000) && m_app.exitCode() == 0;
-    }
-
-    // Four runs of a new installation, the popover never opened: one with the ingest refusing
-    // and SIGTERM. One new installation in all, one session per run, nothing lost.
-    void analyticsOverFourLaunches()
-    {
-        const QString log = m_desktop.path(u"ingest.jsonl"_s);
-        const QString cacheFile = m_desktop.path(u"cache/ZelMenuBar/telemetrysignalcache"_s);
-        // What earlier runs left: queued signals, and the store that remembers sessions.
-        QFile::remove(cacheFile);
-        const QDir config(m_desktop.path(u"config/ZelMenuBar"_s));
-        for (const QString &store : config.entryList({u"seprior.*"_s}))
-            QVERIFY(QFile::remove(config.filePath(store)));
-        // The store of the app's own identifier, which a default build sends.
-        const QString storeFile = config.filePath(u"seprior.64a5b131124f"_s);
-        const auto store = [&storeFile](const QString &key) {
-            return QSettings(storeFile, QSettings::IniFormat).value(key);
-        };
-        // A desktop that asks for reduced motion and inverted colours.
-        SettingsPortal portal;
-        portal.settings = SettingsPortal::everythingOn();
-        portal.delay = std::chrono::milliseconds(300);
-        QVERIFY(portal.publish());
-        const auto unpublish = qScopeGuard([] { QDBusConnection::disconnectFromBus(u"portal"_s); });
-        QVERIFY(startSim({u"--scenario"_s, u"todays-result"_s, u"--ingest-log"_s, log}));
-
-        QVERIFY(!startAppWithItem().isEmpty());
-        QTRY_VERIFY_WITH_TIMEOUT(!ingestBatches(log).isEmpty(), 15000);
-        QCOMPARE(ingestTypes(log),
-                 (QStringList{u"app.launched"_s, u"TelemetryDeck.Acquisition.newInstallDetected"_s,
-                              u"TelemetryDeck.Session.started"_s}));
-        const QString today = QDate::currentDate().toString(Qt::ISODate);
-        const QJsonArray first = ingestBatches(log).first();
-        for (const QJsonValue record : first) {
-            QCOMPARE(record[u"appID"_s].toString(), u"5F0C2A7E-3B91-4D6A-9E28-7C4B1D03A6F5"_s);
-            const QJsonObject payload = record[u"payload"_s].toObject();
-            QCOMPARE(payload[u"TelemetryDeck.Accessibility.isReduceMotionEnabled"_s], u"true"_s);
-            QCOMPARE(payload[u"TelemetryDeck.Accessibility.isInvertColorsEnabled"_s], u"true"_s);
-            QCOMPARE(payload[u"TelemetryDeck.Acquisition.firstSessionDate"_s], today);
-        }
+        QTRY_VERIFY_WITH_TIMEOUT(ingestBatches().size() > batches, 15000);
+        QTRY_VERIFY(!QFile::exists(cacheFile()));
         QVERIFY(quitThroughMenu());
-        QCOMPARE(store(u"firstSessionDate"_s).toString(), today);
-
-        // The ingest refuses; what is pending at SIGTERM waits on disk for the next run.
-        QVERIFY(simCall("PUT", u"/sim/ingest-status"_s, "500").has_value());
-        QVERIFY(startApp());
-        QTest::qWait(12000); // a send, refused
-        DesktopSession::stop(m_app);
-        QCOMPARE(m_app.exitCode(), 0);
-        QVERIFY(QFile::exists(cacheFile));
-        QCOMPARE(ingestBatches(log).size(), 1);
-
-        QVERIFY(simCall("PUT", u"/sim/ingest-status"_s, "200").has_value());
-        QVERIFY(startApp());
-        QTRY_COMPARE_WITH_TIMEOUT(ingestBatches(log).size(), 2, 15000);
-        QVERIFY(!QFile::exists(cacheFile));
-        DesktopSession::stop(m_app);
-
-        QVERIFY(startApp());
-        QTRY_COMPARE_WITH_TIMEOUT(ingestBatches(log).size(), 3, 15000);
-        QVERIFY(quitThroughMenu());
-
-        const QStringList types = ingestTypes(log);
+        const QStringList types = ingestTypes();
         QCOMPARE(types.count(u"TelemetryDeck.Acquisition.newInstallDetected"_s), 1);
-        QCOMPARE(types.count(u"app.launched"_s), 4);
-        QCOMPARE(types.count(u"TelemetryDeck.Session.started"_s), 4);
-        QCOMPARE(store(u"firstSessionDate"_s).toString(), today);
-        const auto sessions = StoredSession::decode(store(u"recentSessions"_s).toByteArray());
-        QCOMPARE(sessions.size(), 4);
-        for (const StoredSession &session : sessions)
-            QVERIFY2(session.durationInSeconds >= 5, qPrintable(session.startedAt.toString()));
-    }
-
-    // A match played by the simulator, its clock moved on between loads, with every alert on
-    // for the favourite's matches and a real notification server under Xvfb.
-    void matchAlertsReachTheDesktop()
-    {
-        QProcess dunst;
-        DesktopSession::tieToTest(dunst);
-        dunst.setProcessEnvironment(m_desktop.environment());
-        dunst.start(u"dunst"_s, {});
-        QVERIFY(dunst.waitForStarted());
-        const auto stopDunst = qScopeGuard([&] { DesktopSession::stop(dunst); });
-        // Asked before it holds its name, the bus would start another one, without a display.
-        QTRY_COMPARE(QDBusConnection::sessionBus()
-                         .interface()
-                         ->servicePid(u"org.freedesktop.Notifications"_s)
-                         .value(),
-                     uint(dunst.processId()));
-
-        const QDateTime afternoon =
-            QDateTime::fromString(u"2026-11-22T14:00:00+05:30"_s, Qt::ISODate);
-        QVERIFY(startSim({u"--scenario"_s, u"next-start-today"_s, u"--start"_s,
-                          afternoon.toString(Qt::ISODate)}));
-        // Moments of the match: the toss, its first wicket, the result.
-        const QJsonObject upcoming = simMatchAt(afternoon);
-        const QDateTime start =
-            QDateTime::fromString(upcoming[u"startTime"_s].toString(), Qt::ISODate);
-        QVERIFY2(start.isValid(), qPrintable(QJsonDocument(upcoming).toJson()));
-        const QDateTime toss = start.addSecs(-25 * 60);
-        QDateTime wicket = toss;
-        while (MatchEvents::wicketsIn(
-                   simMatchAt(wicket)[u"batting"_s][u"firstSummary"_s].toString()) < 1)
-            wicket = wicket.addSecs(120);
-        const QDateTime end = start.addSecs(5 * 3600);
-        QCOMPARE(simMatchAt(end)[u"status"_s].toString(), u"finished"_s);
-        simMatchAt(afternoon);
-
-        QSettings settings(m_desktop.path(u"config/ZelMenuBar/settings.ini"_s),
-                           QSettings::IniFormat);
-        settings.setValue(u"favourite/id"_s, upcoming[u"homeTeam"_s][u"id"_s].toString());
-        settings.setValue(u"favourite/name"_s, upcoming[u"homeTeam"_s][u"name"_s].toString());
-        for (const char *alert : {"starts", "wickets", "results"})
-            settings.setValue(u"notify/"_s + QLatin1StringView(alert), true);
-        settings.sync();
-
-        const QString item = startAppWithItem();
-        QVERIFY(!item.isEmpty());
-        QTRY_VERIFY_WITH_TIMEOUT(
-            !m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(), 10000);
-        QVERIFY(activateToOpen(item));
-        QTest::qWait(2000);
-        QCOMPARE(notifications(), QStringList()); // what was so at start is not news
-
-        // F5 in the popover reloads today's matches.
-        const auto reloadAt = [&](const QDateTime &moment) {
-            simMatchAt(moment);
-            m_desktop.key(u"F5"_s);
-        };
-        reloadAt(toss);
-        QTRY_COMPARE_WITH_TIMEOUT(notifications().size(), 1, 10000);
-        QVERIFY2(notifications().first().endsWith(u" has started"_s),
-                 qPrintable(notifications().first()));
-        reloadAt(toss.addSecs(60));
-        QTest::qWait(2000);
-        QCOMPARE(notifications().size(), 1);
-        reloadAt(wicket);
-        QTRY_COMPARE_WITH_TIMEOUT(notifications().size(), 2, 10000);
-        QVERIFY2(notifications().last().startsWith(u"Wicket! "_s),
-                 qPrintable(notifications().last()));
-
-        m_desktop.key(u"Escape"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-        simMatchAt(end);
-        m_panel.callItem(item, u"Activate"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000);
-        m_desktop.key(u"F5"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_desktop.run(u"dunstctl"_s, {u"count"_s, u"displayed"_s}),
-                                  u"1"_s, 10000);
-        m_desktop.key(u"Escape"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(!popoverShown(), 5000);
-        m_desktop.run(u"dunstctl"_s, {u"action"_s, u"0"_s});
-        QTRY_VERIFY_WITH_TIMEOUT(popoverShown(), 5000); // the click opens today's matches
-        QCOMPARE(notifications().size(), 3);
-        QVERIFY2(notifications().last().endsWith(u": result"_s),
-                 qPrintable(notifications().last()));
-
-        // A new start with the match over tells nothing.
-        DesktopSession::stop(m_app);
-        QVERIFY(startApp());
-        QTest::qWait(4000);
-        QCOMPARE(notifications().size(), 3);
-    }
-
-    void serviceFailureAndRecovery()
-    {
-        QVERIFY(startSim({u"--scenario"_s, u"live-first-innings"_s, u"--fail-rate"_s, u"1"_s}));
-        const QString item = startAppWithItem();
-        QVERIFY(!item.isEmpty());
-        QVERIFY(activateToOpen(item));
-        QTest::qWait(1000);
-        m_desktop.run(u"import"_s,
-                      {u"-window"_s, u"root"_s,
-                       QCoreApplication::applicationDirPath() + u"/e2e-service-failure.png"_s});
-        QVERIFY(m_app.state() == QProcess::Running);
-        QCOMPARE(m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString(), QString());
-        QCOMPARE(m_panel.toolTipTitle(item), u"\U0001F3CF"_s);
-
-        // The service comes back; Return on the failed tab retries it.
-        DesktopSession::stop(m_sim);
-        QVERIFY(startSim({u"--scenario"_s, u"live-first-innings"_s}));
-        m_desktop.key(u"Return"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(
-            !m_panel.itemProperty(item, u"XAyatanaLabel"_s).toString().isEmpty(), 10000);
-        QVERIFY(m_app.state() == QProcess::Running);
+        QCOMPARE(types.count(u"app.launched"_s), 3);
+        QCOMPARE(types.count(u"TelemetryDeck.Session.started"_s), 3);
+        QCOMPARE(StoredSession::decode(stored(u"recentSessions"_s).toByteArray()).size(), 3);
     }
 };
 
