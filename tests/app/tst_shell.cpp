@@ -102,6 +102,17 @@ class ShellTest : public QObject {
 
     QTemporaryDir m_home;
 
+    // A controller whose service, update feed and files are the test's own.
+    struct ControllerRig {
+        FixtureServer service;
+        QTemporaryDir folder;
+        QString stamp = folder.filePath(u"updates.ini"_s);
+        UpdateChecker updater{service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s, stamp};
+        MenuBarController controller{{service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s,
+                                      folder.filePath(u"settings.ini"_s)},
+                                     updater};
+    };
+
     // Runs the event loop with the action queued: 0 when something quits it, 1 after 5 s.
     static int exitCodeAfter(const std::function<void()> &action)
     {
@@ -522,13 +533,8 @@ private slots:
     // The menus the controller builds, and the pages their entries open.
     void controllerMenus()
     {
-        FixtureServer service;
-        UpdateChecker updater(service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s);
-        QTemporaryDir settings;
-        MenuBarController controller({service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s,
-                                      settings.filePath(u"settings.ini"_s)},
-                                     updater);
-        const QList<MenuEntry> entries = controller.exportedMenuEntries();
+        ControllerRig rig;
+        const QList<MenuEntry> entries = rig.controller.exportedMenuEntries();
         QStringList labels;
         for (const MenuEntry &entry : entries)
             labels << entry.label + (entry.enabled ? u""_s : u" [disabled]"_s);
@@ -542,7 +548,7 @@ private slots:
                                       {},
                                       u"Quit Zel Menu Bar"_s}));
         QCOMPARE(entries.last().shortcut, QKeySequence(Qt::CTRL | Qt::Key_Q));
-        QCOMPARE(controller.contextMenuEntries().size(), entries.size() - 1);
+        QCOMPARE(rig.controller.contextMenuEntries().size(), entries.size() - 1);
 
         PageCatcher pages;
         QDesktopServices::setUrlHandler(u"https"_s, &pages, "open");
@@ -559,14 +565,8 @@ private slots:
     // Ctrl+Q in that menu quits.
     void rightClickWhilePopoverIsOpenThenCtrlQ()
     {
-        FixtureServer service;
-        UpdateChecker updater(service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s);
-        QTemporaryDir settings;
-        MenuBarController controller({service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s,
-                                      settings.filePath(u"settings.ini"_s)},
-                                     updater);
-        const QRect item(600, 0, 24, 24);
-        controller.togglePopover(item);
+        ControllerRig rig;
+        rig.controller.togglePopover(QRect(600, 0, 24, 24));
         QWindow *popover = QGuiApplication::topLevelWindows().value(0);
         for (QWindow *window : QGuiApplication::topLevelWindows())
             if (window->title() == u"Scores"_s)
@@ -577,7 +577,8 @@ private slots:
         QVERIFY(!QApplication::activePopupWidget()); // a left click on the item only closes it
 
         QTest::qWait(400); // a click on the item soon after counts as the closing click
-        controller.togglePopover(QRect(605, 12, 1, 1)); // a host that tells only its click point
+        rig.controller.togglePopover(
+            QRect(605, 12, 1, 1)); // a host that tells only its click point
         QTRY_VERIFY(popover->isVisible());
         QTest::mousePress(popover, Qt::RightButton, {}, popover->mapFromGlobal(QPoint(610, 10)));
         QTRY_VERIFY(qobject_cast<QMenu *>(QApplication::activePopupWidget()));
@@ -617,42 +618,37 @@ private slots:
     // user asked for only answers in its dialog, whose buttons are never doubled.
     void newerVersionIsAnnouncedOnce()
     {
-        FixtureServer service;
-        service.script(u"/appcast.xml"_s,
-                       {200, feed("<item><title>2.0</title><sparkle:version>2.0</sparkle:version>"
-                                  "<link>https://zel.example/download</link></item>")});
-        QTemporaryDir folder;
-        const QString stamp = folder.filePath(u"updates.ini"_s);
-        UpdateChecker updater(service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s, stamp);
-        QSignalSpy announced(&updater, &UpdateChecker::newerVersionFound);
-        QSignalSpy checked(&updater, &UpdateChecker::checked);
-        updater.check();
+        ControllerRig rig;
+        rig.service.script(
+            u"/appcast.xml"_s,
+            {200, feed("<item><title>2.0</title><sparkle:version>2.0</sparkle:version>"
+                       "<link>https://zel.example/download</link></item>")});
+        QSignalSpy announced(&rig.updater, &UpdateChecker::newerVersionFound);
+        QSignalSpy checked(&rig.updater, &UpdateChecker::checked);
+        rig.updater.check();
         QTRY_COMPARE(checked.count(), 1);
         QCOMPARE(announced.count(), 0);
-        updater.scheduledCheck();
+        rig.updater.scheduledCheck();
         QTRY_COMPARE(checked.count(), 2);
-        updater.scheduledCheck();
+        rig.updater.scheduledCheck();
         QTRY_COMPARE(checked.count(), 3);
         QCOMPARE(announced.count(), 1);
         QCOMPARE(announced.first().first().value<UpdateCheck>().version, u"2.0"_s);
         const QDateTime last =
-            QSettings(stamp, QSettings::IniFormat).value(u"lastScheduledCheck"_s).toDateTime();
+            QSettings(rig.stamp, QSettings::IniFormat).value(u"lastScheduledCheck"_s).toDateTime();
         QVERIFY(qAbs(last.secsTo(QDateTime::currentDateTimeUtc())) < 60);
 
-        UpdateChecker nextLaunch(service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s, stamp);
+        UpdateChecker nextLaunch(rig.service.baseURL() + u"/appcast.xml"_s, u"1.2.3"_s, rig.stamp);
         QSignalSpy announcedAgain(&nextLaunch, &UpdateChecker::newerVersionFound);
         QSignalSpy checkedAgain(&nextLaunch, &UpdateChecker::checked);
         nextLaunch.scheduledCheck();
         QTRY_COMPARE(checkedAgain.count(), 1);
         QCOMPARE(announcedAgain.count(), 0);
 
-        MenuBarController controller({service.baseURL(), u"https://zel.example"_s, u"1.2.3"_s,
-                                      folder.filePath(u"settings.ini"_s)},
-                                     nextLaunch);
         QApplication::setWindowIcon(QPixmap(20, 20));
-        controller.checkForUpdates();
-        QTRY_COMPARE(checkedAgain.count(), 2);
-        controller.checkForUpdates();
+        rig.controller.checkForUpdates();
+        QTRY_COMPARE(checked.count(), 4);
+        rig.controller.checkForUpdates();
         QMessageBox *dialog = nullptr;
         for (QWidget *widget : QApplication::topLevelWidgets())
             if (auto *box = qobject_cast<QMessageBox *>(widget))
@@ -667,7 +663,7 @@ private slots:
         };
         QCOMPARE(dialog->text() + u' ' + buttons().join(u','), u"Checking for updates… Cancel"_s);
         QCOMPARE(dialog->iconPixmap().size(), QSize(20, 20)); // the app's own icon
-        QTRY_COMPARE(checkedAgain.count(), 3);
+        QTRY_COMPARE(checked.count(), 5);
         QCOMPARE(buttons(), (QStringList{u"Later"_s, u"Open Download Page"_s}));
         const QPointer<QMessageBox> closed(dialog);
         dialog->close();

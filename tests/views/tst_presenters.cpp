@@ -64,6 +64,8 @@ private slots:
         QTest::addColumn<QString>("icon");
         QTest::addColumn<QString>("centre");
         QTest::addColumn<QString>("sub"); // empty: no sub-line
+        // Each state in a word, never an emoji, then the match as a sentence.
+        QTest::addColumn<QString>("spoken");
 
         const auto scored = [](ZelMatch m, const QString &first, const QString &second) {
             m.firstBattingSummary = first;
@@ -73,54 +75,79 @@ private slots:
         const ZelMatch finished = match("finished", 2);
         QTest::newRow("finished: batting order, not home/away")
             << scored(finished, "185/6 (20 ov)", "180/8 (20 ov)") << u"\u2705"_s
-            << u"185/6 \u2013 180/8"_s << u""_s;
+            << u"185/6 \u2013 180/8"_s << u""_s << u"Result: Northport against Southshore"_s;
         QTest::newRow("finished, one score and a result")
-            << with(scored(finished, "185/6 (20 ov)", ""), [](ZelMatch &m) { m.comments = "Won"; })
-            << u"\u2705"_s << u"\u2713"_s << u""_s;
-        QTest::newRow("finished, nothing known") << finished << u"\u2705"_s << u"Final"_s << u""_s;
+            << with(scored(finished, "185/6 (20 ov)", ""),
+                    [](ZelMatch &m) {
+                        m.comments = " Won by 5 runs ";
+                        m.awayTeamName.clear();
+                    })
+            << u"\u2705"_s << u"\u2713"_s << u""_s
+            << u"Result: Northport against STH, Won by 5 runs"_s;
+        QTest::newRow("finished, nothing known") << finished << u"\u2705"_s << u"Final"_s << u""_s
+                                                 << u"Result: Northport against Southshore"_s;
 
         ZelMatch toss = with(match("live"), [](ZelMatch &m) {
             m.tossDetails = "Southshore won the toss and chose to bowl";
         });
         QTest::newRow("live before the first ball")
-            << toss << u"\U0001F534"_s << u"Toss"_s << u"STH won, elected to field"_s;
+            << toss << u"\U0001F534"_s << u"Toss"_s << u"STH won, elected to field"_s
+            << u"Live: Northport against Southshore, STH won the toss, chose to field"_s;
         QTest::newRow("live, toss won by the away side, no home name")
             << with(toss, [](ZelMatch &m) { m.homeTeamName.clear(); }) << u"\U0001F534"_s
-            << u"Toss"_s << u"STH won, elected to field"_s;
+            << u"Toss"_s << u"STH won, elected to field"_s
+            << u"Live: NTH against Southshore, STH won the toss, chose to field"_s;
         QTest::newRow("live, toss names the home side, whose code is unknown")
             << with(toss,
                     [](ZelMatch &m) {
                         m.tossDetails = "Northport lost it: Southshore won the toss, will bat";
                         m.firstBattingTeamCode.clear();
                     })
-            << u"\U0001F534"_s << u"Toss"_s << u"STH won, elected to bat"_s;
+            << u"\U0001F534"_s << u"Toss"_s << u"STH won, elected to bat"_s
+            << u"Live: Northport against Southshore, Northport lost it: Southshore won the toss, "
+               "will bat"_s;
         QTest::newRow("live, toss text without a decision")
             << with(toss, [](ZelMatch &m) { m.tossDetails = "Southshore won the toss"; })
-            << u"\U0001F534"_s << u"Toss"_s << u""_s;
-        QTest::newRow("live without toss")
-            << match("live") << u"\U0001F534"_s << u"Live"_s << u""_s;
+            << u"\U0001F534"_s << u"Toss"_s << u""_s
+            << u"Live: Northport against Southshore, Southshore won the toss"_s;
+        QTest::newRow("live, first innings")
+            << with(scored(match("live", 2), "96/2 (11.3 Ov)", ""),
+                    [](ZelMatch &m) { m.currentInnings = "1"; })
+            << u"\U0001F534"_s << u"96/2"_s << u"1st Innings"_s
+            << u"Live: Southshore 96 for 2 in 11.3 overs against Northport"_s;
+        QTest::newRow("live without toss") << match("live") << u"\U0001F534"_s << u"Live"_s << u""_s
+                                           << u"Live: Northport against Southshore"_s;
         QTest::newRow("live, second innings")
             << with(scored(match("live"), "201/4 (20 Ov)", "150/3 (15.2 Ov)"),
                     [](ZelMatch &m) { m.currentInnings = "2"; })
-            << u"\U0001F534"_s << u"201/4 \u2013 150/3"_s << u"2nd Innings"_s;
+            << u"\U0001F534"_s << u"201/4 \u2013 150/3"_s << u"2nd Innings"_s
+            << u"Live: Southshore 150 for 3 in 15.2 overs, chasing 202 against Northport"_s;
         QTest::newRow("live, odd innings label")
             << with(scored(match("live"), "20/0 (2 Ov)", ""),
                     [](ZelMatch &m) { m.currentInnings = "3"; })
-            << u"\U0001F534"_s << u"20/0"_s << u""_s;
+            << u"\U0001F534"_s << u"20/0"_s << u""_s
+            << u"Live: Northport 20 for 0 in 2 overs against Southshore"_s;
         QTest::newRow("upcoming with a notice")
             << with(match("upcoming"), [](ZelMatch &m) { m.comments = " Rain delay "; })
-            << u"\U0001F327\uFE0F"_s << u"Delayed"_s << u"Rain delay"_s;
-        QTest::newRow("upcoming") << match("upcoming") << u"\U0001F550"_s << u"2:00 PM"_s
-                                  << u"Harbour Oval, Northport"_s;
-        QTest::newRow("upcoming without start or city") << with(match("upcoming"), [](ZelMatch &m) {
-            m.startTime = "tomorrow";
-            m.city.clear();
-        }) << u"\U0001F550"_s << u"TBD"_s << u"Harbour Oval"_s;
-        QTest::newRow("abandoned")
-            << match("abandoned") << u"\u26C8\uFE0F"_s << u"Abandoned"_s << u""_s;
+            << u"\U0001F327\uFE0F"_s << u"Delayed"_s << u"Rain delay"_s
+            << u"Delayed: Northport against Southshore, Rain delay"_s;
+        QTest::newRow("upcoming")
+            << match("upcoming") << u"\U0001F550"_s << u"2:00 PM"_s << u"Harbour Oval, Northport"_s
+            << u"Upcoming: Northport against Southshore at 2:00 PM, Harbour Oval, Northport"_s;
+        QTest::newRow("upcoming without start or city")
+            << with(match("upcoming"),
+                    [](ZelMatch &m) {
+                        m.startTime = "tomorrow";
+                        m.city.clear();
+                    })
+            << u"\U0001F550"_s << u"TBD"_s << u"Harbour Oval"_s
+            << u"Upcoming: Northport against Southshore at TBD, Harbour Oval"_s;
+        QTest::newRow("abandoned") << match("abandoned") << u"\u26C8\uFE0F"_s << u"Abandoned"_s
+                                   << u""_s << u"Abandoned: Northport against Southshore"_s;
         QTest::newRow("unknown status")
             << with(match("unknown"), [](ZelMatch &m) { m.startTime.reset(); }) << u"\U0001F550"_s
-            << u"TBD"_s << u""_s;
+            << u"TBD"_s << u""_s
+            << u"Upcoming: Northport against Southshore at TBD, Harbour Oval, Northport"_s;
     }
 
     void rowTexts()
@@ -129,45 +156,6 @@ private slots:
         QTEST(MatchRowPresenter::statusIcon(match), "icon");
         QTEST(MatchRowPresenter::centreText(match, utc, english), "centre");
         QTEST(MatchRowPresenter::centreSubText(match).value_or(QString()), "sub");
-    }
-
-    // Each state in a word, never an emoji, then the match as a sentence.
-    void spokenText_data()
-    {
-        QTest::addColumn<ZelMatch>("match");
-        QTest::addColumn<QString>("spoken");
-        const auto scored = [](ZelMatch m, const QString &first, const QString &second) {
-            m.firstBattingSummary = first;
-            m.secondBattingSummary = second;
-            m.currentInnings = second.isEmpty() ? "1" : "2";
-            return m;
-        };
-        QTest::newRow("first innings")
-            << scored(match("live", 2), "96/2 (11.3 Ov)", "")
-            << u"Live: Southshore 96 for 2 in 11.3 overs against Northport"_s;
-        QTest::newRow("second innings, a chase")
-            << scored(match("live"), "187/6 (20 Ov)", "96/2 (11.3 Ov)")
-            << u"Live: Southshore 96 for 2 in 11.3 overs, chasing 188 against Northport"_s;
-        QTest::newRow("toss") << with(match("live"), [](ZelMatch &m) {
-            m.tossDetails = "Southshore won the toss and chose to bowl";
-        }) << u"Live: Northport against Southshore, STH won the toss, chose to field"_s;
-        QTest::newRow("result, names missing") << with(match("finished"), [](ZelMatch &m) {
-            m.comments = " Northport won by 5 runs ";
-            m.awayTeamName.clear();
-        }) << u"Result: Northport against STH, Northport won by 5 runs"_s;
-        QTest::newRow("delayed") << with(match("upcoming"), [](ZelMatch &m) {
-            m.comments = "Rain";
-        }) << u"Delayed: Northport against Southshore, Rain"_s;
-        QTest::newRow("upcoming")
-            << match("upcoming")
-            << u"Upcoming: Northport against Southshore at 2:00 PM, Harbour Oval, Northport"_s;
-        QTest::newRow("abandoned")
-            << match("abandoned") << u"Abandoned: Northport against Southshore"_s;
-    }
-
-    void spokenText()
-    {
-        QFETCH(ZelMatch, match);
         QTEST(MatchRowPresenter::spokenText(match, utc, english), "spoken");
     }
 
