@@ -2,7 +2,7 @@
 
 #include <QTextBoundaryFinder>
 
-QString boundedForDisplay(const QString &text, qsizetype maximumLength)
+QString boundedForDisplay(const QString &text, qsizetype maximumLength, DisplayCut cut)
 {
     if (text.size() <= maximumLength)
         return text;
@@ -11,5 +11,17 @@ QString boundedForDisplay(const QString &text, qsizetype maximumLength)
     graphemes.setPosition(maximumLength - 1);
     if (!graphemes.isAtBoundary())
         graphemes.toPreviousBoundary();
-    return text.left(qMax<qsizetype>(0, graphemes.position())) + QChar(0x2026);
+    qsizetype end = qMax<qsizetype>(0, graphemes.position());
+    if (cut == DisplayCut::BetweenWords) {
+        // Unless that would drop more than half of what fits: one long run of letters, or a
+        // script without spaces, is cut within.
+        qsizetype space = end;
+        while (space > 0 && !text[space].isSpace())
+            --space;
+        while (space > 0 && text[space - 1].isSpace())
+            --space;
+        if (space > end / 2)
+            end = space;
+    }
+    return text.left(end) + QChar(0x2026);
 }

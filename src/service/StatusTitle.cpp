@@ -67,7 +67,7 @@ StatusTitle::Line StatusTitle::compose(Schedule today, Schedule fixtures, const 
         if (c == u'\n' || c == u'\r')
             c = u' ';
     }
-    line.text = boundedForDisplay(line.text, maximumLength);
+    line.text = boundedForDisplay(line.text, maximumLength, DisplayCut::BetweenWords);
     return line;
 }
 

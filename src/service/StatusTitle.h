@@ -15,7 +15,8 @@ public:
     static inline const QString bat = QStringLiteral("\U0001F3CF");
     // What every composed title, and the popover's own title, starts with.
     static inline const QString prefix = bat + QStringLiteral("  ");
-    static constexpr qsizetype maximumLength = 64;
+    // Past any real result sentence, a bound only against hostile comments.
+    static constexpr qsizetype maximumLength = 160;
 
     // What the title reports, for icons that mark it: a live match, a delayed start, or neither.
     enum class State { Quiet, Live, Delayed };

@@ -99,10 +99,18 @@ private slots:
             << bat + "  1d 1h";
         QTest::newRow("fixtures without starts: idle")
             << QList<ZelMatch>{} << QList<ZelMatch>{match("upcoming", std::nullopt)} << bat;
-        QTest::newRow("a long result on one line, cut to the panel's room")
-            << QList<ZelMatch>{match("finished", in(-240), "NTH won\nby " + QString(200, u'4'))}
-            << QList<ZelMatch>{}
-            << bat + "  NTH won by " + QString(StatusTitle::maximumLength - 16, u'4') + u'\u2026';
+        const QString sentence =
+            u"Northport Strikers won by 7 wickets (DLS method, 12 balls to "
+            "spare), their third win in a row at the Harbour Oval this season"_s;
+        QTest::newRow("a result sentence of 120 characters, whole")
+            << QList<ZelMatch>{match("finished", in(-240), sentence)} << QList<ZelMatch>{}
+            << bat + "  " + sentence;
+        QTest::newRow("a hostile comment on one line, cut between words")
+            << QList<ZelMatch>{match("finished", in(-240), "NTH won\nby " + u"ten "_s.repeated(40))}
+            << QList<ZelMatch>{} << bat + "  NTH won by " + u"ten "_s.repeated(35) + u"ten\u2026"_s;
+        QTest::newRow("one word past the bound, cut within it")
+            << QList<ZelMatch>{match("finished", in(-240), QString(200, u'4'))} << QList<ZelMatch>{}
+            << bat + "  " + QString(StatusTitle::maximumLength - 5, u'4') + u'\u2026';
         QTest::newRow("unknown status matches no rule")
             << QList<ZelMatch>{match("Live", in(-30)), match("unknown", in(30))}
             << QList<ZelMatch>{} << bat;
