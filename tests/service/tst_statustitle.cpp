@@ -106,8 +106,13 @@ private slots:
             << QList<ZelMatch>{match("finished", in(-240), sentence)} << QList<ZelMatch>{}
             << bat + "  " + sentence;
         QTest::newRow("a hostile comment on one line, cut between words")
-            << QList<ZelMatch>{match("finished", in(-240), "NTH won\nby " + u"ten "_s.repeated(40))}
-            << QList<ZelMatch>{} << bat + "  NTH won by " + u"ten "_s.repeated(35) + u"ten\u2026"_s;
+            << QList<ZelMatch>{match("finished", in(-240),
+                                     "NTH won\nby " + u"ten  "_s.repeated(40))}
+            << QList<ZelMatch>{}
+            << bat + "  NTH won by " + u"ten  "_s.repeated(28) + u"ten\u2026"_s;
+        QTest::newRow("one word to the bound, whole")
+            << QList<ZelMatch>{match("finished", in(-240), QString(156, u'4'))} << QList<ZelMatch>{}
+            << bat + "  " + QString(156, u'4');
         QTest::newRow("one word past the bound, cut within it")
             << QList<ZelMatch>{match("finished", in(-240), QString(200, u'4'))} << QList<ZelMatch>{}
             << bat + "  " + QString(StatusTitle::maximumLength - 5, u'4') + u'\u2026';
