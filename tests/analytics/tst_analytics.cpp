@@ -592,10 +592,8 @@ private slots:
         untyped.insert(u"type"_s, 7);
         QJsonObject missing = record(3).toCacheJson();
         missing.remove(u"receivedAt"_s);
-        QTest::newRow("empty") << QByteArray() << QStringList() << 0;
         QTest::newRow("truncated") << good.left(good.size() / 2) << QStringList() << 1;
         QTest::newRow("not JSON") << QByteArray("\x89PNG\r\n") << QStringList() << 1;
-        QTest::newRow("an object") << QByteArray("{\"cachedSignals\": []}") << QStringList() << 1;
         QTest::newRow("a wrongly typed record among good ones")
             << file({record(1).toCacheJson(), untyped, record(4).toCacheJson()})
             << QStringList{u"signal.1"_s, u"signal.4"_s} << 1;
