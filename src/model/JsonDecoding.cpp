@@ -120,6 +120,56 @@ ZelError malformed(simdjson::error_code error)
                         .arg(QString::fromUtf8(simdjson::error_message(error)))};
 }
 
+QByteArray widenedHugeIntegers(const QByteArray &json)
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    // Digits beyond these, by count and then in order, do not fit the parser's 64-bit integers.
+    const auto fits = [](QByteArrayView digits, bool negative) {
+        const QByteArrayView widest = negative ? "9223372036854775808" : "18446744073709551615";
+        return digits.size() < widest.size() ||
+               (digits.size() == widest.size() && digits.compare(widest) <= 0);
+    };
+    QByteArray widened;
+    qsizetype copied = 0;
+    bool inString = false;
+    for (qsizetype at = 0; at < json.size(); ++at) {
+        const char c = json[at];
+        if (inString) {
+            if (c == '\\')
+                ++at;
+            else if (c == '"')
+                inString = false;
+            continue;
+        }
+        if (c == '"') {
+            inString = true;
+            continue;
+        }
+        const bool negative = c == '-';
+        if (!negative && !isDigit(c))
+            continue;
+        const qsizetype first = negative ? at + 1 : at;
+        qsizetype end = first;
+        while (end < json.size() && isDigit(json[end]))
+            ++end;
+        const bool real =
+            end < json.size() && (json[end] == '.' || json[end] == 'e' || json[end] == 'E');
+        if (!real && !fits(QByteArrayView(json).sliced(first, end - first), negative)) {
+            widened += QByteArrayView(json).sliced(copied, end - copied);
+            widened += ".0";
+            copied = end;
+        }
+        // The rest of a real number (fraction, exponent) is never an integer of its own.
+        while (end < json.size() && (isDigit(json[end]) || json[end] == '.' || json[end] == 'e' ||
+                                     json[end] == 'E' || json[end] == '+' || json[end] == '-'))
+            ++end;
+        at = end - 1;
+    }
+    if (copied == 0)
+        return {};
+    return widened.append(QByteArrayView(json).sliced(copied));
+}
+
 simdjson::dom::parser &parserFor(qsizetype documentSize,
                                  std::unique_ptr<simdjson::dom::parser> &oneOff)
 {

@@ -37,6 +37,11 @@ std::optional<QString> text(const Member &value);
 
 ZelError malformed(simdjson::error_code error);
 
+// The document with every integer too wide for 64 bits written as a real number ("...0.0"), so
+// that it reads as a number of the wrong kind instead of failing the whole document; empty when
+// there is none.
+QByteArray widenedHugeIntegers(const QByteArray &json);
+
 // The calling thread's reusable parser, or for an unusually large document a one-off parser
 // held in oneOff, so that one huge answer does not pin its buffers for the life of the thread.
 simdjson::dom::parser &parserFor(qsizetype documentSize,
@@ -67,8 +72,14 @@ template <typename Record> Result<Record> document(const QByteArray &json)
     std::unique_ptr<simdjson::dom::parser> oneOff;
     simdjson::dom::parser &parser = parserFor(json.size(), oneOff);
     Element root;
-    if (const auto error =
-            parser.parse(json.constData(), static_cast<size_t>(json.size())).get(root))
+    auto error = parser.parse(json.constData(), static_cast<size_t>(json.size())).get(root);
+    if (error == simdjson::NUMBER_ERROR) {
+        const QByteArray widened = widenedHugeIntegers(json);
+        if (!widened.isEmpty())
+            error =
+                parser.parse(widened.constData(), static_cast<size_t>(widened.size())).get(root);
+    }
+    if (error)
         return malformed(error);
     return Record::fromJson(root, KeyPath());
 }

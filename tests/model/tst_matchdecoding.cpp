@@ -76,6 +76,10 @@ private slots:
         // clang-format off
         QTest::newRow("every group") << fullMatch << describe(fullMatchRecord);
         QTest::newRow("only matchID") << QByteArray(R"({"matchID": 1})") << bare;
+        QTest::newRow("a number past 64 bits under a key the app ignores, digits in a string kept")
+            << QByteArray(R"({"matchID": 1, "extra": [18446744073709551616, -9223372036854775809],
+                              "status": "99999999999999999999"})")
+            << describe(ZelMatch{.matchID = 1, .matchStatus = "99999999999999999999"});
         QTest::newRow("integral 1.0 as matchID") << QByteArray(R"({"matchID": 1.0})") << bare;
         QTest::newRow("null status, numeric name")
             << QByteArray(R"({"matchID": 1, "status": null, "matchName": 5})") << bare;
@@ -157,6 +161,9 @@ private slots:
             << R"("matches[0].matchID" should be an integer but is a number)";
         QTest::newRow("matchID beyond 64 bits")
             << QByteArray(R"({"matches": [{"matchID": 9223372036854775808}]})")
+            << R"("matches[0].matchID" should be an integer but is a number)";
+        QTest::newRow("matchID past every 64-bit integer")
+            << QByteArray(R"({"matches": [{"matchID": 99999999999999999999999}]})")
             << R"("matches[0].matchID" should be an integer but is a number)";
         QTest::newRow("matchID of 2^63 written as a decimal")
             << QByteArray(R"({"matches": [{"matchID": 9223372036854775808.0}]})")

@@ -82,6 +82,10 @@ private slots:
             << QByteArray(R"({"name": 5, "runs": "12", "balls": 3.5, "fours": null,
                               "sixes": [], "strikeRate": 87.5, "isNotOut": 1})")
             << u"|0|0|0|0|-|0"_s;
+        QTest::newRow("figures past 64 bits give placeholders")
+            << QByteArray(R"({"name": "Asha", "runs": 99999999999999999999999,
+                              "balls": -99999999999999999999})")
+            << u"Asha|0|0|0|0|-|0"_s;
         QTest::newRow("not-out as text")
             << QByteArray(R"({"isNotOut": "true"})") << u"|0|0|0|0|-|0"_s;
         QTest::newRow("integral float and negative runs")
