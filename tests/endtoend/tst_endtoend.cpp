@@ -274,6 +274,13 @@ private slots:
             settings.setValue(u"notify/"_s + QLatin1StringView(alert), true);
     }
 
+    // The accessibility bus's launcher takes its daemon down with it, if it is asked to.
+    void cleanupTestCase()
+    {
+        for (QProcess *process : {&m_app, &m_watcher, &m_trayer, &m_dunst, &m_accessibilityBus})
+            DesktopSession::stop(*process);
+    }
+
     void trayIconClicks()
     {
         QVERIFY(start(m_trayer, u"trayer"_s,
