@@ -382,6 +382,10 @@ private slots:
         QString expected;
         QTRY_COMPARE_WITH_TIMEOUT(u"\U0001F3CF  "_s + label(), expected = expectedTitle(), 45000);
         QCOMPARE(m_panel.toolTipTitle(m_item), expected);
+        // Opened by going live, the row says so as one the user opened would.
+        static const QRegularExpression live(u"\tlist item\tLive: [^\t]+\t[^\t]*\tExpanded\n"_s);
+        QString shown;
+        QTRY_VERIFY2_WITH_TIMEOUT(live.match(shown = tree()).hasMatch(), qPrintable(shown), 10000);
         QCOMPARE(m_labels.received.value(m_labels.received.size() - 1), label());
         QVERIFY(activateTo(false));
     }
@@ -461,6 +465,13 @@ private slots:
         }
         QVERIFY2(QRegularExpression(u"\timage\t[A-Z]+ logo\t"_s).match(shown).hasMatch(),
                  qPrintable(shown));
+        // Nothing that is not shown, and no heading without its text.
+        QStringList unseen;
+        for (const QString &line : shown.split(u'\n', Qt::SkipEmptyParts))
+            if (!line.section(u'\t', 3, 3).split(u',').contains(u"showing"_s))
+                unseen << line;
+        QVERIFY2(unseen.isEmpty(), qPrintable(unseen.join(u"\n"_s)));
+        QVERIFY2(!shown.contains(u"\theading\t\t"_s), qPrintable(shown));
         // Tab reaches the flat tool buttons of the header, which the reader hears focused.
         m_desktop.key(u"Tab"_s);
         QTRY_COMPARE_WITH_TIMEOUT(focused(), u"push button\tRefresh"_s, 5000);

@@ -10,4 +10,5 @@ Text {
     style: Text.Outline
     styleColor: Theme.background
     Accessible.name: qsTr("Favourite")
+    Accessible.ignored: !visible
 }

@@ -31,7 +31,9 @@ Column {
     // What a screen reader says: the match in a sentence, and whether its detail is open.
     Accessible.role: Accessible.ListItem
     Accessible.name: spokenText
-    Accessible.description: opensOnTap ? (expanded ? qsTr("Expanded") : qsTr("Collapsed")) : ""
+    // A live row opens by itself: it says so as a row the user opened would.
+    Accessible.description: opensOnTap || isLive || expanded
+                            ? (expanded ? qsTr("Expanded") : qsTr("Collapsed")) : ""
     Accessible.onPressAction: activate()
     activeFocusOnTab: true
 

@@ -17,6 +17,7 @@ Rectangle {
     activeFocusOnTab: true
     Accessible.role: Accessible.Button
     Accessible.name: text
+    Accessible.ignored: !visible
     Accessible.onPressAction: button.clicked()
     color: mouse.pressed ? Theme.placeholder
                          : (flat ? (mouse.containsMouse ? Theme.placeholder : "transparent")

@@ -7,6 +7,7 @@ Rectangle {
     color: Theme.header
     Accessible.role: Accessible.Heading
     Accessible.name: section
+    Accessible.ignored: section === ""
 
     Text {
         textFormat: Text.PlainText

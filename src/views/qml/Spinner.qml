@@ -10,6 +10,7 @@ SymbolIcon {
     color: Theme.secondary
     Accessible.role: Accessible.Animation
     Accessible.name: qsTr("Loading")
+    Accessible.ignored: !visible
     RotationAnimator on rotation {
         running: spinner.visible
         from: 0
