@@ -37,12 +37,14 @@ const QByteArray today = R"json({"matches": [
     {"matchID": 9, "status": "upcoming", "startTime": "2026-11-22T19:30:00+05:30"}]})json";
 
 // One card with a batter at the crease, one out, one yet to come ("—") and one who did not
-// bat ("DNB"); its second innings is still to come ("Yet to bat").
+// bat ("DNB"), figures as wide as the game gives them; its second innings is still to come.
 const QByteArray card = R"json({"innings": [{"inningsNo": 1, "battingTeamName": "Northport",
     "batting": [{"name": "Asha", "runs": 30, "balls": 20, "isNotOut": true},
-                {"name": "Ravi", "runs": 2, "balls": 5, "isNotOut": false},
+                {"name": "Ravi", "runs": 1000, "balls": 1000, "strikeRate": "1200",
+                 "isNotOut": false},
                 {"name": "Kiran", "isNotOut": true}],
-    "bowling": [{"name": "Dev", "overs": "6.2", "wickets": 1, "economy": "7.9"}]}]})json";
+    "bowling": [{"name": "Dev", "overs": "19.5", "runs": 714, "wickets": 10,
+                 "economy": "36.00"}]}]})json";
 const QByteArray finishedCard = R"json({"innings": [{"inningsNo": 1, "battingTeamName": "Mira's",
     "batting": [{"name": "Mira", "runs": 0, "balls": 0, "isNotOut": true}], "bowling": []}]})json";
 const QByteArray results = R"json({"matches": [{"matchID": 31, "status": "finished",
@@ -201,12 +203,16 @@ private slots:
         tapMainLine(rows("todayTab")[1]);
         QVERIFY(settled());
         QTRY_VERIFY(textItem(rows("todayTab")[1], "DNB"));
-        // The figures take their five columns' 130 px, gaps included.
-        QCOMPARE(textItem(rows("todayTab")[1], u"DNB"_s)->width(), 130.0);
+        // The widest figures show whole, and "DNB" spans the figure columns.
+        for (const QString &figure : {u"1000"_s, u"1200"_s, u"19.5"_s, u"714"_s, u"36.00"_s}) {
+            const QQuickItem *shown = textItem(live, figure);
+            QVERIFY2(shown && !shown->property("truncated").toBool(), qPrintable(figure));
+        }
         QQuickItem *header = textItem(live, u"BATTING"_s)->parentItem();
         QQuickItem *runs = textItem(header, u"R"_s);
         QQuickItem *rate = textItem(header, u"SR"_s);
-        QCOMPARE(rate->x() + rate->width() - runs->x(), 130.0);
+        QCOMPARE(rate->x() + rate->width() - runs->x(),
+                 textItem(rows("todayTab")[1], u"DNB"_s)->width());
 
         QQuickItem *innings = live->findChild<QQuickItem *>("inningsBar");
         QVERIFY(innings);

@@ -3,22 +3,39 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 
-// A batting or bowling table: a name column filling the width, then fixed number columns.
+// A batting or bowling table: a name column filling the width, then number columns as wide as
+// the widest figure the game can give each (or its heading), in the figures' boldest weight.
 // Each number column keeps a gap inside its width, so that neighbouring figures never run
 // together and the figures take no more room than their columns.
 Column {
     id: table
     property string heading
-    property var columns: [] // [title, width, spoken title], in the order of each row's figures
+    // [title, widest figure, spoken title], in the order of each row's figures
+    property var columns: []
     property alias model: lines.model
     readonly property alias count: lines.count
     property bool bowling: false
     // Batting: the runs stand out. Bowling: the wickets do.
     readonly property int keyFigure: bowling ? 3 : 0
     readonly property int gap: 4
+    readonly property var widths: columns.map(column => Math.ceil(
+        Math.max(headingMetrics.advanceWidth(column[0]), figureMetrics.advanceWidth(column[1])))
+        + gap)
+    readonly property real figuresWidth: widths.reduce((sum, width) => sum + width, 0)
     width: parent ? parent.width : 0
     Accessible.role: Accessible.Table
     Accessible.name: heading
+
+    FontMetrics {
+        id: figureMetrics
+        font.pixelSize: 11
+        font.weight: Font.Bold
+    }
+    FontMetrics {
+        id: headingMetrics
+        font.pixelSize: 9
+        font.weight: Font.DemiBold
+    }
 
     RowLayout {
         width: parent.width
@@ -39,7 +56,8 @@ Column {
             Text {
                 textFormat: Text.PlainText
                 required property var modelData
-                Layout.preferredWidth: modelData[1]
+                required property int index
+                Layout.preferredWidth: table.widths[index]
                 horizontalAlignment: Text.AlignRight
                 bottomPadding: 3
                 text: modelData[0]
@@ -87,7 +105,7 @@ Column {
                 textFormat: Text.PlainText
                 visible: line.placeholder !== ""
                 Accessible.ignored: true
-                Layout.preferredWidth: 130
+                Layout.preferredWidth: table.figuresWidth
                 horizontalAlignment: Text.AlignRight
                 text: line.placeholder
                 font.pixelSize: 9
@@ -104,7 +122,7 @@ Column {
                     Accessible.role: Accessible.Cell
                     Accessible.name: text
                     Accessible.description: modelData[2]
-                    Layout.preferredWidth: modelData[1]
+                    Layout.preferredWidth: table.widths[index]
                     leftPadding: table.gap
                     horizontalAlignment: Text.AlignRight
                     elide: Text.ElideRight

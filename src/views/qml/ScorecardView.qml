@@ -69,9 +69,9 @@ Column {
     ScoreTable {
         visible: !view.card.yetToBat && count > 0
         heading: qsTr("BATTING")
-        columns: [[qsTr("R"), 26, qsTr("Runs")], [qsTr("B"), 24, qsTr("Balls")],
-                  [qsTr("4s"), 22, qsTr("Fours")], [qsTr("6s"), 22, qsTr("Sixes")],
-                  [qsTr("SR"), 36, qsTr("Strike rate")]]
+        columns: [[qsTr("R"), "8888", qsTr("Runs")], [qsTr("B"), "8888", qsTr("Balls")],
+                  [qsTr("4s"), "888", qsTr("Fours")], [qsTr("6s"), "888", qsTr("Sixes")],
+                  [qsTr("SR"), "8888", qsTr("Strike rate")]]
         model: view.card.batting
     }
 
@@ -79,9 +79,9 @@ Column {
         visible: !view.card.yetToBat && count > 0
         topPadding: 8
         heading: qsTr("BOWLING")
-        columns: [[qsTr("O"), 28, qsTr("Overs")], [qsTr("M"), 22, qsTr("Maidens")],
-                  [qsTr("R"), 26, qsTr("Runs")], [qsTr("W"), 22, qsTr("Wickets")],
-                  [qsTr("Econ"), 34, qsTr("Economy")]]
+        columns: [[qsTr("O"), "88.8", qsTr("Overs")], [qsTr("M"), "88", qsTr("Maidens")],
+                  [qsTr("R"), "888", qsTr("Runs")], [qsTr("W"), "88", qsTr("Wickets")],
+                  [qsTr("Econ"), "88.88", qsTr("Economy")]]
         model: view.card.bowling
         bowling: true
     }
