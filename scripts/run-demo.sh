@@ -60,11 +60,23 @@ XDG_CONFIG_HOME=$home/config XDG_CACHE_HOME=$home/cache XDG_DATA_HOME=$home/data
     xvfb=$!
     for _ in $(seq 50); do [[ -s $build/xvfb.display ]] && break; sleep 0.1; done
     export DISPLAY=:$(cat "$build/xvfb.display")
+    # A desktop starts its notification server with the display; the bus would start one
+    # without it, which dies at once.
+    dunst &
+    notes=$!
+    for _ in $(seq 50); do
+        dbus-send --session --dest=org.freedesktop.DBus --type=method_call --print-reply / \
+            org.freedesktop.DBus.GetNameOwner string:org.freedesktop.Notifications \
+            >/dev/null 2>&1 && break
+        sleep 0.1
+    done
     trayer --edge top --align right --widthtype request --height 24 &
     tray=$!
     "$build/src/app/zel-menubar" &
     app=$!
-    trap "kill $app $tray $xvfb 2>/dev/null || true" EXIT
+    # The display goes last, and the bus after everything: no client sees either vanish.
+    trap "kill $app $tray $notes 2>/dev/null || true; wait $app $tray $notes 2>/dev/null || true
+          kill $xvfb 2>/dev/null || true" EXIT
     sleep 4
     icon=$(xdotool search --onlyvisible --classname "^zel-menubar$" | head -1)
     eval "$(xdotool getwindowgeometry --shell "$icon")"
@@ -78,6 +90,13 @@ XDG_CONFIG_HOME=$home/config XDG_CACHE_HOME=$home/cache XDG_DATA_HOME=$home/data
     sleep 1
     import -window root "$shots/menu.png"
     xdotool key Escape
+    # The update check a first start makes, about ten seconds in, offers the simulator'"'"'s
+    # newer version.
+    for _ in $(seq 150); do
+        (( $(dunstctl count displayed 2>/dev/null || echo 0) > 0 )) && break
+        sleep 0.1
+    done
+    import -window root "$shots/notification.png"
     for _ in $(seq 200); do
         (( $(cat "$build/ingest.jsonl" 2>/dev/null | wc -l) > batches )) && break
         sleep 0.1
