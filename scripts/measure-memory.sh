@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# The app's resident memory beside the floor's (bench/floor: a bare Qt Quick tray app), both
-# Release builds, run side by side under Xvfb, a private session bus and a StatusNotifierWatcher.
-# Each has its window opened and closed twice through the status item, then idles; a round
-# gives both resident sizes, their threads, the app's click-to-first-frame and its idle CPU.
+# The app's resident memory beside two floors' (bench/floor): a bare Qt Quick tray app, and the
+# same with what any score app of this kind loads (an HTTP poll of the score list, an SVG icon,
+# a bold title with the bat emoji). All Release builds, run side by side under Xvfb, a private
+# session bus and a StatusNotifierWatcher. Each has its window opened and closed twice through
+# the status item, then idles; a round gives the resident sizes, their threads, the app's
+# click-to-first-frame and its idle CPU.
 # Resident sizes move by a megabyte or two between rounds (what has loaded by then), so the
 # script runs several and prints each round and the medians.
 #
@@ -38,6 +40,9 @@ dbus-run-session -- bash -c '
     $build/bench/tray_floor 2>/dev/null &
     floor=$!
     pids+=($floor)
+    $build/bench/tray_floor --features 2>/dev/null &
+    feature=$!
+    pids+=($feature)
 
     # The bus name of the status item of that process: its own well-known name, or, as Qt'"'"'s tray
     # icon registers, its connection'"'"'s unique name.
@@ -66,10 +71,13 @@ dbus-run-session -- bash -c '
     }
     app_item=$(item_of $app)
     floor_item=$(item_of $floor)
+    feature_item=$(item_of $feature)
     sleep 3 # the first loads
     for _ in 1 2; do
-        click "$app_item"; click "$floor_item"; sleep 1
-        click "$app_item"; click "$floor_item"; sleep 1
+        for shown in 1 2; do
+            for item in "$app_item" "$floor_item" "$feature_item"; do click "$item"; done
+            sleep 1
+        done
     done
 
     ticks=$(getconf CLK_TCK)
@@ -82,22 +90,27 @@ dbus-run-session -- bash -c '
     threads() { awk "/Threads/ {print \$2}" /proc/$1/status; }
     frame=$(grep -o "frame [0-9.]* ms" "$work/app.log" | awk "{print \$2}" | sort -n \
         | awk "{v[NR]=\$1} END {print (NR ? v[int((NR+1)/2)] : 0)}")
-    # app KiB, floor KiB, app threads, floor threads, click-to-frame ms, idle CPU s
-    echo "round $(rss $app) $(rss $floor) $(threads $app) $(threads $floor) $frame" \
+    # KiB of the app, the bare floor and the feature floor, their threads, click-to-frame ms,
+    # idle CPU s
+    echo "round $(rss $app) $(rss $floor) $(rss $feature) $(threads $app) $(threads $floor)" \
+        "$(threads $feature) $frame" \
         "$(echo "($after - $before) / $ticks" | bc -l)"
     if [[ -n ${ZEL_SMAPS:-} ]]; then
         cp /proc/$app/smaps "$ZEL_SMAPS.app"
         cp /proc/$floor/smaps "$ZEL_SMAPS.floor"
+        cp /proc/$feature/smaps "$ZEL_SMAPS.feature"
     fi
 ' measure "$scenario" "$idle" >>"$results"
 grep "^round " "$results" | tail -n1 | awk -v r="$round" \
-    '{printf "round %d: app %.1f MB (%d threads), floor %.1f MB (%d threads), ratio %.3f\n", r, $2 / 1024, $4, $3 / 1024, $5, $2 / $3}'
+    '{printf "round %d: app %.1f MB (%d threads), feature floor %.1f MB (%d threads), bare floor %.1f MB (%d threads); ratios %.3f and %.3f\n", r, $2 / 1024, $5, $4 / 1024, $7, $3 / 1024, $6, $2 / $4, $2 / $3}'
 done
 median() { sort -n | awk '{v[NR] = $1} END {print v[int((NR + 1) / 2)]}'; }
 rows() { grep "^round " "$results" | awk "{print $1}"; }
 app=$(rows '$2' | median)
 floor=$(rows '$3' | median)
-printf "median: app %.1f MB, floor %.1f MB, ratio %.3f\n" "$(echo "$app / 1024" | bc -l)" \
+feature=$(rows '$4' | median)
+printf "median: app %.1f MB, feature floor %.1f MB (ratio %.3f), bare floor %.1f MB (ratio %.3f)\n" \
+    "$(echo "$app / 1024" | bc -l)" "$(echo "$feature / 1024" | bc -l)" "$(rows '$2 / $4' | median)" \
     "$(echo "$floor / 1024" | bc -l)" "$(rows '$2 / $3' | median)"
 printf "app click to first frame: median %.2f ms; CPU over %s idle seconds: median %.2f s\n" \
-    "$(rows '$6' | median)" "$idle" "$(rows '$7' | median)"
+    "$(rows '$8' | median)" "$idle" "$(rows '$9' | median)"

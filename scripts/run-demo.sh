@@ -60,16 +60,9 @@ XDG_CONFIG_HOME=$home/config XDG_CACHE_HOME=$home/cache XDG_DATA_HOME=$home/data
     xvfb=$!
     for _ in $(seq 50); do [[ -s $build/xvfb.display ]] && break; sleep 0.1; done
     export DISPLAY=:$(cat "$build/xvfb.display")
-    # A desktop starts its notification server with the display; the bus would start one
-    # without it, which dies at once.
-    dunst &
-    notes=$!
-    for _ in $(seq 50); do
-        dbus-send --session --dest=org.freedesktop.DBus --type=method_call --print-reply / \
-            org.freedesktop.DBus.GetNameOwner string:org.freedesktop.Notifications \
-            >/dev/null 2>&1 && break
-        sleep 0.1
-    done
+    source scripts/lib/desktop.sh
+    start_notifications
+    notes=$notifications
     trayer --edge top --align right --widthtype request --height 24 &
     tray=$!
     "$build/src/app/zel-menubar" &

@@ -5,7 +5,8 @@ Rectangle {
     color: colours.window
     Text {
         anchors.centerIn: parent
-        text: "Scores"
+        text: features ? "\u{1F3CF}  Zel 2026" : "Scores"
+        font.bold: features
         color: colours.windowText
     }
 }

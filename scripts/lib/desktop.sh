@@ -1,6 +1,19 @@
 # Sourced by the measuring scripts, inside dbus-run-session: a private Xvfb display, its own
 # runtime and cache folders, and a StatusNotifierWatcher. Everything started goes into `pids`
 # and is stopped, and the folder removed, when the script exits.
+# A desktop starts its notification server with the display; the bus would start one without
+# it, which dies at once. Its process is left in `notifications`.
+start_notifications() {
+    dunst &
+    notifications=$!
+    for _ in $(seq 50); do
+        dbus-send --session --dest=org.freedesktop.DBus --type=method_call --print-reply / \
+            org.freedesktop.DBus.GetNameOwner string:org.freedesktop.Notifications \
+            >/dev/null 2>&1 && break
+        sleep 0.1
+    done
+}
+
 start_desktop() {
     work=$(mktemp -d)
     pids=()
@@ -11,6 +24,8 @@ start_desktop() {
     for _ in $(seq 50); do [[ -s $work/display ]] && break; sleep 0.1; done
     export DISPLAY=:$(cat "$work/display") XDG_RUNTIME_DIR=$work XDG_CACHE_HOME=$work/cache \
         XDG_CONFIG_HOME=$work/config
+    start_notifications
+    pids+=($notifications)
     status-notifier-watcher &
     pids+=($!)
     # The panel's side: a host registered with the watcher, without which Qt's own tray icon
