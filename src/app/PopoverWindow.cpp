@@ -32,12 +32,15 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
     PopoverScene::load(*this, controller);
     if (QQuickItem *root = rootObject())
         connect(root, SIGNAL(closeRequested()), this, SLOT(hide()));
-    connect(this, &QWindow::visibleChanged, this, [this](bool visible) {
+    // Received by the shield: the base class hides the window once the shield is gone.
+    connect(this, &QWindow::visibleChanged, &m_shield, [this](bool visible) {
         if (visible)
             return;
+        m_shield.hide();
         setMouseGrabEnabled(false);
         setKeyboardGrabEnabled(false);
     });
+    connect(&m_shield, &ClickAwayShield::clicked, this, &PopoverWindow::closeAway);
     // A click on another window, on the desktop or on a shell's own bar or menu takes the focus.
     connect(this, &QWindow::activeChanged, this, [this] {
         if (isActive())
@@ -89,18 +92,22 @@ void PopoverWindow::showBelow(const QRect &anchor)
     // window manager runs, a managed window gets the keyboard and loses it to a click on another
     // window or on a shell's own bar or menu. Without one, or under weston's, which places every
     // window itself, it bypasses the manager to be placed where asked. On X11 the grabs catch a
-    // click on the desktop too; under Xwayland they would only blind it to the compositor's own
-    // surfaces.
-    m_grabs = !XDisplayProbe::isXwayland();
+    // click on the desktop too, and under weston, which hands the keyboard to a grab; under
+    // another compositor's Xwayland they would only blind it to the compositor's own surfaces,
+    // and a shield under the popover takes the click instead.
     const QString manager = XDisplayProbe::windowManagerName();
+    const bool weston = manager == QLatin1StringView("Weston WM");
+    m_grabs = weston || !XDisplayProbe::isXwayland();
     Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
-    if (manager.isEmpty() || manager == QLatin1StringView("Weston WM"))
+    if (manager.isEmpty() || weston)
         flags |= Qt::BypassWindowManagerHint;
     setFlags(flags);
     setScreen(screen);
     setPosition(placement(place, size, screen->availableGeometry()));
     m_sinceShowRequest.start();
     m_activeSinceShow = false;
+    if (!m_grabs)
+        m_shield.cover(screen, flags.testFlag(Qt::BypassWindowManagerHint));
     show();
     raise();
     requestActivate();

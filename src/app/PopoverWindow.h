@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ClickAwayShield.h"
+
 #include <QElapsedTimer>
 #include <QQuickView>
 
@@ -47,6 +49,7 @@ private:
     // Only a focus this showing held can be lost: the last showing's may still be on its way.
     bool m_activeSinceShow = false;
     PopoverController &m_controller;
+    ClickAwayShield m_shield;
     QRect m_anchor; // the status item it hangs from, in screen coordinates
     QElapsedTimer m_sinceOutsideClick;
     QElapsedTimer m_sinceShowRequest;

@@ -1,8 +1,10 @@
 #include "XDisplayProbe.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <QGuiApplication>
+#include <QScreen>
 
 namespace {
 template <typename Reply> using Owned = std::unique_ptr<Reply, decltype(&free)>;
@@ -61,5 +63,12 @@ bool XDisplayProbe::isXwayland()
     const Owned<xcb_query_extension_reply_t> extension(
         xcb_query_extension_reply(x, xcb_query_extension(x, sizeof name - 1, name), nullptr),
         &free);
-    return extension && extension->present;
+    if (extension && extension->present)
+        return true;
+    // Before Xwayland 23.1 (Debian 12 has 22.1) there is no such extension; its outputs have
+    // always been named after it.
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    return std::any_of(screens.cbegin(), screens.cend(), [](const QScreen *screen) {
+        return screen->name().startsWith(QLatin1StringView("XWAYLAND"));
+    });
 }
