@@ -49,6 +49,8 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
 {
     connect(&m_statusItem, &StatusItem::leftClicked, this, &MenuBarController::togglePopover);
     connect(&m_statusItem, &StatusItem::rightClicked, this, &MenuBarController::showContextMenu);
+    // The host's own menu opens over the popover, which would otherwise stay under it.
+    connect(&m_statusItem, &StatusItem::menuOpened, &m_popover, &QWindow::hide);
     connect(&m_vm, &TodayViewModel::statusBarTitleChanged, this,
             [this] { m_statusItem.setTitle(m_vm.statusBarTitle()); });
     m_statusItem.setTitle(m_vm.statusBarTitle());

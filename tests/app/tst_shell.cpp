@@ -520,6 +520,10 @@ private slots:
         menu.Event(1, u"hovered"_s, QDBusVariant(0), 0);
         menu.Event(9, u"clicked"_s, QDBusVariant(0), 0); // no such item
         QTRY_COMPARE(ran, QStringList{u"one"_s});
+        QSignalSpy opened(&menu, &DBusMenuExporter::opened);
+        menu.Event(1, u"opened"_s, QDBusVariant(0), 0); // a submenu's
+        menu.Event(0, u"opened"_s, QDBusVariant(0), 0);
+        QCOMPARE(opened.count(), 1);
 
         QSignalSpy updated(&menu, &DBusMenuExporter::LayoutUpdated);
         QVERIFY(!menu.AboutToShow(0)); // nothing changed

@@ -131,6 +131,8 @@ QDBusVariant DBusMenuExporter::GetProperty(int id, const QString &name)
 
 void DBusMenuExporter::Event(int id, const QString &eventID, const QDBusVariant &, uint)
 {
+    if (id == 0 && eventID == "opened"_L1)
+        emit opened();
     if (eventID != "clicked"_L1 || id < 1 || id > m_entries.size())
         return;
     const MenuEntry &entry = m_entries.at(id - 1);

@@ -47,6 +47,8 @@ signals:
                                              const DBusMenuItemKeysList &removed);
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parent);
     Q_SCRIPTABLE void ItemActivationRequested(int id, uint timestamp);
+    // The host opened the menu it draws from this one.
+    void opened();
 
 private:
     // Rebuilds the entries; a change of labels or states starts a new layout revision.

@@ -15,6 +15,11 @@ void registerDBusWireTypes()
     qDBusRegisterMetaType<DBusMenuEvent>();
     qDBusRegisterMetaType<DBusMenuEventList>();
     qDBusRegisterMetaType<QList<QStringList>>(); // menu shortcuts, "aas"
+    // The exported methods and signals name the lists by these aliases, which D-Bus looks up.
+    qRegisterMetaType<DBusImageList>("DBusImageList");
+    qRegisterMetaType<DBusMenuItemPropertiesList>("DBusMenuItemPropertiesList");
+    qRegisterMetaType<DBusMenuItemKeysList>("DBusMenuItemKeysList");
+    qRegisterMetaType<DBusMenuEventList>("DBusMenuEventList");
 }
 
 QDBusArgument &operator<<(QDBusArgument &argument, const DBusImage &image)

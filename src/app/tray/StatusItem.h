@@ -24,4 +24,6 @@ public:
 signals:
     void leftClicked(const QRect &anchor);
     void rightClicked(const QPoint &at);
+    // A host that draws the item's menu itself opened it.
+    void menuOpened();
 };

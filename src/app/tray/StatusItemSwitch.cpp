@@ -61,6 +61,7 @@ void StatusItemSwitch::choose(bool watcherPresent)
                      << (watcherPresent ? "StatusNotifierItem" : "tray icon (XEmbed)");
     connect(m_backend.get(), &StatusItem::leftClicked, this, &StatusItem::leftClicked);
     connect(m_backend.get(), &StatusItem::rightClicked, this, &StatusItem::rightClicked);
+    connect(m_backend.get(), &StatusItem::menuOpened, this, &StatusItem::menuOpened);
     m_backend->setTitle(m_title);
     m_backend->setOfflineNote(m_offlineNote);
 }

@@ -32,6 +32,7 @@ StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries
     m_bus.registerObject(itemPath, this,
                          QDBusConnection::ExportScriptableContents |
                              QDBusConnection::ExportAllProperties);
+    connect(&m_menu, &DBusMenuExporter::opened, this, &StatusItem::menuOpened);
     m_bus.registerObject(menuPath, &m_menu,
                          QDBusConnection::ExportScriptableContents |
                              QDBusConnection::ExportAllProperties);
