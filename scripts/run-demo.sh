@@ -62,13 +62,13 @@ XDG_CONFIG_HOME=$home/config XDG_CACHE_HOME=$home/cache XDG_DATA_HOME=$home/data
     export DISPLAY=:$(cat "$build/xvfb.display")
     source scripts/lib/desktop.sh
     start_notifications
-    notes=$notifications
     trayer --edge top --align right --widthtype request --height 24 &
     tray=$!
     "$build/src/app/zel-menubar" &
     app=$!
     # The display goes last, and the bus after everything: no client sees either vanish.
-    trap "kill $app $tray $notes 2>/dev/null || true; wait $app $tray $notes 2>/dev/null || true
+    trap "kill $app $tray $notifications 2>/dev/null || true
+          wait $app $tray $notifications 2>/dev/null || true
           kill $xvfb 2>/dev/null || true" EXIT
     sleep 4
     icon=$(xdotool search --onlyvisible --classname "^zel-menubar$" | head -1)

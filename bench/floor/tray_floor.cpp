@@ -16,22 +16,18 @@
 
 namespace {
 
-QPixmap circle()
+// A plain circle, or with the features the app's own SVG.
+QPixmap icon(bool features)
 {
     QPixmap art(22, 22);
     art.fill(Qt::transparent);
     QPainter painter(&art);
-    painter.setBrush(Qt::darkGreen);
-    painter.drawEllipse(art.rect().adjusted(2, 2, -2, -2));
-    return art;
-}
-
-QPixmap drawn(const QString &svg)
-{
-    QPixmap art(22, 22);
-    art.fill(Qt::transparent);
-    QPainter painter(&art);
-    QSvgRenderer(svg).render(&painter);
+    if (features) {
+        QSvgRenderer(QStringLiteral(ZEL_FLOOR_ICON)).render(&painter);
+    } else {
+        painter.setBrush(Qt::darkGreen);
+        painter.drawEllipse(art.rect().adjusted(2, 2, -2, -2));
+    }
     return art;
 }
 
@@ -66,7 +62,7 @@ int main(int argc, char *argv[])
 
     QMenu menu;
     menu.addAction(QStringLiteral("Quit"), &app, &QCoreApplication::quit);
-    QSystemTrayIcon tray{QIcon(features ? drawn(QStringLiteral(ZEL_FLOOR_ICON)) : circle())};
+    QSystemTrayIcon tray{QIcon(icon(features))};
     tray.setContextMenu(&menu);
     QObject::connect(&tray, &QSystemTrayIcon::activated, &window,
                      [&window] { window.setVisible(!window.isVisible()); });

@@ -1,6 +1,7 @@
 # Sourced by the measuring scripts, inside dbus-run-session: a private Xvfb display, its own
 # runtime and cache folders, and a StatusNotifierWatcher. Everything started goes into `pids`
 # and is stopped, and the folder removed, when the script exits.
+
 # A desktop starts its notification server with the display; the bus would start one without
 # it, which dies at once. Its process is left in `notifications`.
 start_notifications() {
