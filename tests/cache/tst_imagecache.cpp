@@ -26,32 +26,9 @@ QByteArray encoded(const char *format, QSize size = {32, 32})
     return bytes;
 }
 
-quint32 crc32(const QByteArray &data)
-{
-    quint32 crc = 0xffffffffU;
-    for (const char byte : data) {
-        crc ^= quint8(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ (0xedb88320U & (0U - (crc & 1U)));
-    }
-    return ~crc;
-}
-
-// A tiny PNG whose header claims width x height: a decompression bomb's calling card.
-QByteArray pngClaiming(quint32 width, quint32 height)
-{
-    QByteArray png = encoded("PNG", {1, 1});
-    QByteArray header = png.mid(12, 17); // "IHDR" and its 13 bytes of data
-    for (int i = 0; i < 4; ++i) {
-        header[4 + i] = char(width >> (24 - 8 * i));
-        header[8 + i] = char(height >> (24 - 8 * i));
-    }
-    const quint32 crc = crc32(header);
-    QByteArray crcBytes(4, 0);
-    for (int i = 0; i < 4; ++i)
-        crcBytes[i] = char(crc >> (24 - 8 * i));
-    return png.left(12) + header + crcBytes + png.mid(33);
-}
+// A 68-byte PNG whose header claims 20000 x 20000: a decompression bomb's calling card.
+const QByteArray hugePNG = QByteArray::fromBase64(
+    "iVBORw0KGgoAAAANSUhEUgAATiAAAE4gCAYAAADjcEY5AAAAC0lEQVR4nGNgAAIAAAUAAXpeqz8AAAAASUVORK5CYII=");
 
 const QByteArray svg = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'>"
                        "<circle cx='20' cy='20' r='18' fill='#1f5fa8'/></svg>";
@@ -182,9 +159,7 @@ private slots:
     {
         QTest::addColumn<FixtureResponse>("response");
         QTest::newRow("HTML page") << FixtureResponse{200, "<html>moved</html>"};
-        QTest::newRow("BMP, a format no logo comes in") << FixtureResponse{200, encoded("BMP")};
-        QTest::newRow("truncated PNG") << FixtureResponse{200, encoded("PNG").left(40)};
-        QTest::newRow("20000 x 20000 PNG") << FixtureResponse{200, pngClaiming(20000, 20000)};
+        QTest::newRow("20000 x 20000 PNG") << FixtureResponse{200, hugePNG};
         QTest::newRow("endless body")
             << FixtureResponse{200, encoded("PNG"), {}, FixtureResponse::Delivery::Endless};
         QTest::newRow("SVG of ten billion circles") << FixtureResponse{200, svgBomb()};
@@ -265,15 +240,9 @@ private slots:
         const auto nested = [](int levels) {
             return QByteArray("<g>").repeated(levels) + QByteArray("</g>").repeated(levels);
         };
-        const auto used = [&](int times) {
-            return svgWith("<defs><g id='s'>" + shapes(2000) + "</g></defs>" +
-                           QByteArray("<use href='#s'/>").repeated(times));
-        };
         // The root element counts as one.
         QTest::newRow("10,000 elements") << svgWith(shapes(9999)) << true;
         QTest::newRow("10,001 elements") << svgWith(shapes(10000)) << false;
-        QTest::newRow("a shape used three times") << used(3) << true;
-        QTest::newRow("a shape used four times, past the budget") << used(4) << false;
         QTest::newRow("a reference cycle")
             << svgWith("<g id='a'><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g>")
             << false;
@@ -292,7 +261,6 @@ private slots:
         QTest::addColumn<QString>("url");
         QTest::newRow("file") << u"file://%1/logos/local.png"_s;
         QTest::newRow("data") << u"data:image/png;base64,iVBORw0KGgo="_s;
-        QTest::newRow("ftp") << u"ftp://127.0.0.1/local.png"_s;
     }
 
     void onlyWebLogosAreFetched()
@@ -342,8 +310,6 @@ private slots:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QStringList>("files"); // what may be written, relative to the root
 
-        QTest::newRow("trailing slash")
-            << u"/logos/nth/"_s << u"nth"_s << QStringList{"ZelMenuBar/logos/nth"};
         QTest::newRow("dot dot") << u"/logos/%2e%2e"_s << u".."_s << QStringList{};
         QTest::newRow("encoded slash") << u"/logos/..%2F..%2Fescape.png"_s << u"escape.png"_s
                                        << QStringList{"ZelMenuBar/logos/escape.png"};
