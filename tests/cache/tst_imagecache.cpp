@@ -131,14 +131,6 @@ private slots:
         QCOMPARE(m_server->requestedPaths(), QStringList{"/logos/a.png"});
     }
 
-    void duplicatesCostOneDownload()
-    {
-        ImageCache cache(m_folder);
-        cache.prefetch({url("/logos/b.png"), url("/logos/b.png")});
-        QVERIFY(prefetched(cache, {url("/logos/b.png")}));
-        QCOMPARE(m_server->requestCount("/logos/b.png"), 1);
-    }
-
     void completionFollowsEveryStore()
     {
         ImageCache cache(m_folder);

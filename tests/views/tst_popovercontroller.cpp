@@ -196,38 +196,6 @@ private slots:
         QCOMPARE(card.selectedInnings(), 1);
     }
 
-    // A card and an error for one match: the later answer is what the row shows.
-    void theLaterAnswerIsShown_data()
-    {
-        QTest::addColumn<int>("firstStatus");
-        QTest::addColumn<int>("laterStatus");
-        QTest::addColumn<int>("shown");
-        QTest::newRow("an error, then a card on retry") << 500 << 200 << int(Popover::Card::Ready);
-        QTest::newRow("a card, then a failed refetch") << 200 << 500 << int(Popover::Card::Error);
-    }
-
-    void theLaterAnswerIsShown()
-    {
-        QFETCH(int, firstStatus);
-        QFETCH(int, laterStatus);
-        const QString key = u"9007199254740993"_s;
-        const char *path = "/api/matches/9007199254740993/scorecard";
-        ScorecardModel card;
-        card.setController(m_popover.get());
-        card.setMatchKey(key);
-        m_server->script(path, {firstStatus, liveCard});
-        m_popover->scorecardWanted(key);
-        QVERIFY(settled());
-        m_server->script(path, {laterStatus, liveCard});
-        if (laterStatus == 200)
-            m_popover->scorecardWanted(key); // Retry
-        else
-            m_vm->fetchToday(); // a live card is fetched again with every reload
-        QVERIFY(settled());
-        QTEST(int(card.state()), "shown");
-        QCOMPARE(card.error(), laterStatus == 200 ? QString() : u"\u26A0\uFE0F HTTP 500"_s);
-    }
-
     // What the user did with a row stays with its match in the list, whatever the delegates do.
     void rowsKeepWhatTheUserDid()
     {
@@ -272,14 +240,6 @@ private slots:
         rows.setMatches({at(4, "finished"), at(3, "finished"), at(1, "finished"), scored});
         QCOMPARE((QStringList{state(0), state(1), state(2), state(3)}),
                  (QStringList{u"0 -1"_s, u"0 -1"_s, u"1 -1"_s, u"0 -1"_s}));
-    }
-
-    // The header dates itself by the state object's clock (a render tool's chosen moment).
-    void headerTexts()
-    {
-        QCOMPARE(m_popover->title(), u"\U0001F3CF  Zel 2026"_s);
-        QCOMPARE(m_popover->todayLabel(),
-                 QLocale::system().toString(QDate(2026, 11, 22), u"dddd, d MMMM yyyy"_s));
     }
 
     void clockTimesFollowTheUsersTimeZone()

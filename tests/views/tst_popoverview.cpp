@@ -16,7 +16,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtQml/qqmlextensionplugin.h>
-#include <QTranslator>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -235,41 +234,6 @@ private slots:
         QTRY_VERIFY(textItem(tab("fixturesTab"), "Tuesday, 24 November"));
     }
 
-    void spaceOpensTheFocusedRow()
-    {
-        QTRY_COMPARE(rows("todayTab").size(), 3);
-        QQuickItem *finished = rows("todayTab")[1];
-        finished->forceActiveFocus();
-        QTest::keyClick(m_view.get(), Qt::Key_Space);
-        QVERIFY(finished->property("expanded").toBool());
-        QVERIFY(settled());
-        QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
-        QTest::keyClick(m_view.get(), Qt::Key_Return);
-        QVERIFY(!finished->property("expanded").toBool());
-    }
-
-    void errorStateOffersRetry()
-    {
-        m_popover->setActiveTab(Popover::Tab::Results);
-        QVERIFY(settled());
-        QQuickItem *retry = child(tab("resultsTab"), "retryButton");
-        QVERIFY(retry && retry->isVisible());
-        const auto loads = m_server->requestCount("/api/matches/results");
-        QMetaObject::invokeMethod(retry, "clicked");
-        QVERIFY(settled());
-        QCOMPARE(m_server->requestCount("/api/matches/results"), loads + 1);
-        // Return retries too, and does nothing on a tab without an error.
-        m_view->rootObject()->forceActiveFocus();
-        QTest::keyClick(m_view.get(), Qt::Key_Return);
-        QVERIFY(settled());
-        QCOMPARE(m_server->requestCount("/api/matches/results"), loads + 2);
-        m_popover->setActiveTab(Popover::Tab::Today);
-        const auto todayLoads = m_server->requestCount("/api/matches/today");
-        QTest::keyClick(m_view.get(), Qt::Key_Return);
-        QVERIFY(settled());
-        QCOMPARE(m_server->requestCount("/api/matches/today"), todayLoads);
-    }
-
     void openedRowAndScrollSurviveAReloadThatKeepsTheirMatches()
     {
         QByteArray many = finishedMatches(24);
@@ -414,64 +378,6 @@ private slots:
         QCOMPARE(bar->property("currentIndex").toInt(), int(Popover::Tab::Today));
         QTest::keyClick(m_view.get(), Qt::Key_Escape);
         QCOMPARE(closed.count(), 1);
-    }
-
-    // Right to left, the popover is mirrored: Results on the right, and Left moves on.
-    void mirroredLayout()
-    {
-        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
-        const auto restore =
-            qScopeGuard([] { QGuiApplication::setLayoutDirection(Qt::LeftToRight); });
-        cleanup();
-        init();
-        const auto left = [this](const QString &label) {
-            return textItem(tab("tabBar"), label)->mapToScene(QPointF(0, 0)).x();
-        };
-        QVERIFY(left(u"Results"_s) > left(u"Today"_s));
-        m_view->rootObject()->forceActiveFocus();
-        QTest::keyClick(m_view.get(), Qt::Key_Left);
-        QCOMPARE(m_popover->activeTab(), Popover::Tab::Fixtures);
-    }
-
-    // Every word the popover shows goes through the translator: each comes back marked but the
-    // league's own data (codes, scores, names, notes) and the locale's dates.
-    void everyTextIsTranslatable()
-    {
-        class Marking : public QTranslator {
-        public:
-            bool isEmpty() const override { return false; }
-            QString translate(const char *, const char *source, const char *, int) const override
-            {
-                return u"["_s + QString::fromUtf8(source) + u"]"_s;
-            }
-        } marking;
-        QCoreApplication::installTranslator(&marking);
-        const auto uninstall = qScopeGuard([&] { QCoreApplication::removeTranslator(&marking); });
-        cleanup();
-        init();
-        m_server->script("/api/matches/8/scorecard", {200, card});
-        tapMainLine(rows("todayTab")[1]);
-        QTRY_VERIFY(textItem(rows("todayTab")[1], u"Asha"_s));
-        QStringList unmarked;
-        QList<QQuickItem *> pending{m_view->rootObject()};
-        while (!pending.isEmpty()) {
-            QQuickItem *item = pending.takeFirst();
-            if (!item->isVisible())
-                continue;
-            const QString text = item->property("text").toString();
-            static const QRegularExpression word(u"[A-Za-z]"_s), clock(u"^\\d+:\\d\\d "_s);
-            if (text.contains(word) && !text.contains(u'[') && !text.contains(clock))
-                unmarked << text;
-            pending.append(item->childItems());
-        }
-        QStringList data{u"(20 Ov)"_s,      u"Asha"_s, u"Dev"_s, u"Kiran"_s,
-                         u"NTH"_s,          u"Ravi"_s, u"STH"_s, m_popover->todayLabel(),
-                         m_popover->title()};
-        for (QStringList *texts : {&unmarked, &data}) {
-            texts->sort();
-            texts->removeDuplicates();
-        }
-        QCOMPARE(unmarked, data);
     }
 
     // The gear or Ctrl+, turns the body into the settings page; a team chosen there is marked
