@@ -92,12 +92,16 @@ void PopoverWindow::showBelow(const QRect &anchor)
     // window manager runs, a managed window gets the keyboard and loses it to a click on another
     // window or on a shell's own bar or menu. Without one, or under weston's, which places every
     // window itself, it bypasses the manager to be placed where asked. On X11 the grabs catch a
-    // click on the desktop too, and under weston, which hands the keyboard to a grab; under
+    // click on the desktop too, and under weston, which hands the keyboard to a grab. Under
     // another compositor's Xwayland they would only blind it to the compositor's own surfaces,
-    // and a shield under the popover takes the click instead.
+    // and under GNOME Shell and KWin on X11 they would take a right click on the item from the
+    // shell, which draws the item's menu itself: there a shield under the popover takes a click
+    // on the desktop instead.
     const QString manager = XDisplayProbe::windowManagerName();
     const bool weston = manager == QLatin1StringView("Weston WM");
-    m_grabs = weston || !XDisplayProbe::isXwayland();
+    const bool shellDrawsMenus =
+        manager == QLatin1StringView("GNOME Shell") || manager == QLatin1StringView("KWin");
+    m_grabs = weston || !(XDisplayProbe::isXwayland() || shellDrawsMenus);
     Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
     if (manager.isEmpty() || weston)
         flags |= Qt::BypassWindowManagerHint;
