@@ -29,6 +29,8 @@ packages=(
     dbus-daemon xvfb x11-utils xdotool trayer haskell-status-notifier-item-utils imagemagick dunst
     # The popover under a Wayland compositor, through Xwayland.
     weston xwayland
+    # The popover under a real GNOME Shell, X11 and Wayland, and the shell's command-line tools.
+    gnome-shell gnome-shell-extension-appindicator libglib2.0-bin
     appstream desktop-file-utils
     # The measuring scripts' panel registers its StatusNotifierHost from Python.
     python3-gi gir1.2-glib-2.0
