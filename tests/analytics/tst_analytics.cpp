@@ -16,8 +16,6 @@
 #include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSaveFile>
-#include <QStandardPaths>
 #include <QSysInfo>
 #include <QTemporaryDir>
 #include <QTest>
@@ -1043,31 +1041,6 @@ private slots:
         QTRY_VERIFY(read);
         QTEST(desktop.reduceMotion(), "reduceMotion");
         QTEST(desktop.invertColors(), "invertColors");
-    }
-
-    void desktopAccessibilityFollowsChanges()
-    {
-        m_portal.settings = {};
-        const QDir config(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
-        QFile::remove(config.filePath(u"kdeglobals"_s));
-        const QString kwinrc = config.filePath(u"kwinrc"_s);
-        const auto writeKwin = [&kwinrc](const QByteArray &contents) {
-            QSaveFile file(kwinrc); // replaced whole, as KDE writes it
-            return file.open(QIODevice::WriteOnly) && file.write(contents) && file.commit();
-        };
-        QVERIFY(writeKwin("[Plugins]\ninvertEnabled=false\n"));
-        DesktopAccessibility desktop;
-        emit m_portal.SettingChanged(u"org.gnome.desktop.interface"_s, u"enable-animations"_s,
-                                     QDBusVariant(false));
-        QTRY_VERIFY(desktop.reduceMotion());
-        emit m_portal.SettingChanged(u"org.gnome.desktop.interface"_s, u"enable-animations"_s,
-                                     QDBusVariant(true));
-        QTRY_VERIFY(!desktop.reduceMotion());
-        QVERIFY(writeKwin("[Plugins]\ninvertEnabled=true\n"));
-        QTRY_VERIFY(desktop.invertColors());
-        QVERIFY(writeKwin("[Plugins]\ninvertEnabled=false\n"));
-        QTRY_VERIFY(!desktop.invertColors());
-        QFile::remove(kwinrc);
     }
 
     // Eight threads send while the timer and immediate syncs send: each signal arrives once.

@@ -1,5 +1,4 @@
 #include "AppcastFeed.h"
-#include "AppDelegate.h"
 #include "ClickAwayShield.h"
 #include "DBusMenuExporter.h"
 #include "DesktopNotifier.h"
@@ -11,7 +10,6 @@
 #include "SingleInstance.h"
 #include "StatusIconArt.h"
 #include "StatusNotifierItem.h"
-#include "TelemetryManagerConfiguration.h"
 #include "UpdateChecker.h"
 
 #include <csignal>
@@ -24,7 +22,6 @@
 #include <QPointer>
 #include <QScreen>
 #include <QSignalSpy>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocument>
@@ -340,26 +337,6 @@ private slots:
         QCOMPARE(clicked.count(), 1);
     }
 
-    void dotGoesGreyWhileOffline_data()
-    {
-        using State = StatusIconArt::State;
-        QTest::addColumn<int>("state");
-        QTest::addColumn<bool>("offline");
-        QTest::addColumn<QColor>("dot");
-        const QColor grey(0x8a, 0x8a, 0x8a);
-        QTest::addRow("live") << int(State::Live) << false << QColor(0xd3, 0x2f, 0x2f);
-        QTest::addRow("live, offline") << int(State::Live) << true << grey;
-        QTest::addRow("quiet, offline") << int(State::Quiet) << true << grey;
-        QTest::addRow("quiet") << int(State::Quiet) << false << QColor();
-    }
-
-    void dotGoesGreyWhileOffline()
-    {
-        QFETCH(int, state);
-        QFETCH(bool, offline);
-        QTEST(StatusIconArt::dotColour(StatusIconArt::State(state), offline), "dot");
-    }
-
     void updateDialogShowsTheFeedsWordsLiterally()
     {
         const UpdateCheck newer{
@@ -604,28 +581,6 @@ private slots:
                  0);
     }
 
-    // A scheduled look comes a day after the last one, across launches.
-    void updateSchedule_data()
-    {
-        QTest::addColumn<qint64>("lastAgoSeconds"); // -1: never
-        QTest::addColumn<qint64>("waitSeconds");
-        QTest::newRow("never looked") << qint64(-1) << qint64(10);
-        QTest::newRow("an hour ago") << qint64(3600) << qint64(23 * 3600);
-        QTest::newRow("five seconds short of a day") << qint64(24 * 3600 - 5) << qint64(10);
-        QTest::newRow("a clock set back") << qint64(-3600) << qint64(10);
-    }
-
-    void updateSchedule()
-    {
-        QFETCH(qint64, lastAgoSeconds);
-        const QDateTime now = QDateTime::currentDateTimeUtc();
-        const QDateTime last = lastAgoSeconds == -1 ? QDateTime() : now.addSecs(-lastAgoSeconds);
-        QTEST(qint64(std::chrono::duration_cast<std::chrono::seconds>(
-                         UpdateChecker::untilScheduledCheck(last, now))
-                         .count()),
-              "waitSeconds");
-    }
-
     // A newer version found by a scheduled look is announced once, across launches; a look the
     // user asked for only answers in its dialog, whose buttons are never doubled.
     void newerVersionIsAnnouncedOnce()
@@ -751,27 +706,6 @@ private slots:
         QFETCH(int, signal);
         SignalQuitter quitter;
         QCOMPARE(exitCodeAfter([signal] { std::raise(signal); }), 0);
-    }
-
-    // The analytics client in the app's own folders, off only where the user said so.
-    void analyticsConfiguration_data()
-    {
-        QTest::addColumn<QString>("doNotTrack");
-        QTest::addColumn<bool>("disabled");
-        QTest::newRow("not set") << QString() << false;
-        QTest::newRow("DO_NOT_TRACK=1") << u"1"_s << true;
-        QTest::newRow("DO_NOT_TRACK=0") << u"0"_s << false;
-    }
-
-    void analyticsConfiguration()
-    {
-        QFETCH(QString, doNotTrack);
-        QProcessEnvironment environment;
-        if (!doNotTrack.isNull())
-            environment.insert(u"DO_NOT_TRACK"_s, doNotTrack);
-        const auto configuration = AppDelegate::analyticsConfiguration(
-            {u"https://ingest.example/"_s, u"APP"_s, u"pepper"_s, u"7"_s}, u"1.2.3"_s, environment);
-        QTEST(configuration->analyticsDisabled.get(), "disabled");
     }
 };
 

@@ -6,7 +6,6 @@
 #include <QBuffer>
 #include <QDirIterator>
 #include <QImage>
-#include <QPainter>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -211,16 +210,6 @@ private slots:
         QCOMPARE(m_server->requestCount("/logos/late.png"), triedAgain ? 2 : 1);
         QCOMPARE(cache.contains("late.png"), triedAgain);
         QCOMPARE(stored.count(), triedAgain ? 2 : 1);
-    }
-
-    // Downloads are told apart by their URL: a logo of the same name elsewhere is fetched too.
-    void sameNameElsewhereIsItsOwnDownload()
-    {
-        m_server->script("/gone/x.png", {404, "gone"});
-        ImageCache cache(m_folder);
-        QVERIFY(prefetched(cache, {url("/gone/x.png"), url("/here/x.png")}));
-        QCOMPARE(m_server->requestCount("/here/x.png"), 1);
-        QVERIFY(cache.contains("x.png"));
     }
 
     // Drawn elements and depth, each at its limit and one past it.

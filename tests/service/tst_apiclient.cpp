@@ -3,7 +3,6 @@
 #include "MatchesResponse.h"
 
 #include <memory>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;

@@ -136,24 +136,6 @@ private slots:
         QCOMPARE(told.first().body, u"Northport won by 5 runs"_s);
     }
 
-    void wicketsIn_data()
-    {
-        QTest::addColumn<QString>("summary");
-        QTest::addColumn<int>("wickets");
-        QTest::newRow("usual") << u"45/3 (6.3 Ov)"_s << 3;
-        QTest::newRow("none down") << u"12/0 (2 Ov)"_s << 0;
-        QTest::newRow("no overs") << u"185/10"_s << 10;
-        QTest::newRow("all out, no slash") << u"150 (19 Ov)"_s << -1;
-        QTest::newRow("eleven") << u"150/11 (19 Ov)"_s << -1;
-        QTest::newRow("empty") << u""_s << -1;
-    }
-
-    void wicketsIn()
-    {
-        QFETCH(QString, summary);
-        QTEST(MatchEvents::wicketsIn(summary), "wickets");
-    }
-
     // A file edited by hand, or by another version, reads as the defaults where it is wrong.
     void preferencesFile_data()
     {

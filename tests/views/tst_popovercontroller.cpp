@@ -169,33 +169,6 @@ private slots:
         QCOMPARE(changed.last().at(1).toModelIndex().row(), card.batting()->rowCount() - 1);
     }
 
-    // Until the user picks an innings, a live card shows the one in progress, and moves on with
-    // the match; a pick holds until it is taken back.
-    void liveCardFollowsTheInningsInProgress()
-    {
-        ScorecardModel card;
-        card.setController(m_popover.get());
-        card.setMatchKey(u"9007199254740993"_s);
-        QCOMPARE(card.selectedInnings(), 0);
-        const auto playInnings = [this](const char *innings) {
-            QByteArray next = today;
-            next.replace("\"currentInnings\": \"1\"",
-                         "\"currentInnings\": \"" + QByteArray(innings) + '"');
-            m_server->script("/api/matches/today", {200, next});
-            m_vm->fetchToday();
-            return settled();
-        };
-        QVERIFY(playInnings("2"));
-        QCOMPARE(card.selectedInnings(), 1);
-        card.setChosenInnings(0);
-        QCOMPARE(card.selectedInnings(), 0);
-        QVERIFY(playInnings("1"));
-        QVERIFY(playInnings("2"));
-        QCOMPARE(card.selectedInnings(), 0);
-        card.setChosenInnings(-1);
-        QCOMPARE(card.selectedInnings(), 1);
-    }
-
     // What the user did with a row stays with its match in the list, whatever the delegates do.
     void rowsKeepWhatTheUserDid()
     {
@@ -240,73 +213,6 @@ private slots:
         rows.setMatches({at(4, "finished"), at(3, "finished"), at(1, "finished"), scored});
         QCOMPARE((QStringList{state(0), state(1), state(2), state(3)}),
                  (QStringList{u"0 -1"_s, u"0 -1"_s, u"1 -1"_s, u"0 -1"_s}));
-    }
-
-    void clockTimesFollowTheUsersTimeZone()
-    {
-        const QByteArray zone = qgetenv("TZ");
-        qputenv("TZ", "Asia/Kolkata");
-        MatchListModel *rows = m_popover->fixturesModel();
-        m_popover->opening();
-        const auto shown = [&] {
-            return rows->data(rows->index(0), MatchListModel::DisplayTimeRole).toString();
-        };
-        QCOMPARE(shown(), QLocale::system().toString(QTime(10, 0), u"h:mm AP"_s));
-        QSignalSpy changed(rows, &QAbstractItemModel::dataChanged);
-        qputenv("TZ", "UTC");
-        m_popover->opening();
-        QCOMPARE(changed.count(), 1);
-        QCOMPARE(shown(), QLocale::system().toString(QTime(4, 30), u"h:mm AP"_s));
-        qputenv("TZ", zone);
-        QCOMPARE(changed.first().at(1).toModelIndex().row(), rows->rowCount() - 1);
-        // A new favourite is told to the views of every row, down to the last.
-        MatchListModel *today = m_popover->todayModel();
-        QSignalSpy marked(today, &QAbstractItemModel::dataChanged);
-        today->setFavouriteTeam(u"1"_s);
-        QCOMPARE(marked.count(), 1);
-        QVERIFY(today->rowCount() > 1);
-        QCOMPARE(marked.first().at(1).toModelIndex().row(), today->rowCount() - 1);
-    }
-
-    // Results read back from the latest day, fixtures forward from the next; only a live row
-    // is marked live and only a finished one opens.
-    void listsPutThePresentersTextsInTheirOrder_data()
-    {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QStringList>("rows"); // id, section title, live, opens
-        using Kind = MatchListModel::Kind;
-        QTest::newRow("results") << int(Kind::Results)
-                                 << QStringList{u"2 Sunday, 22 November - opens"_s,
-                                                u"1 Saturday, 21 November - opens"_s};
-        QTest::newRow("fixtures") << int(Kind::Fixtures)
-                                  << QStringList{u"1 Saturday, 21 November - opens"_s,
-                                                 u"2 Sunday, 22 November - opens"_s};
-        QTest::newRow("today, no sections")
-            << int(Kind::Today) << QStringList{u"1  - opens"_s, u"2  - opens"_s, u"3  live -"_s};
-    }
-
-    void listsPutThePresentersTextsInTheirOrder()
-    {
-        QFETCH(int, kind);
-        MatchListModel rows(MatchListModel::Kind(kind), m_server->baseURL(),
-                            QLocale(QLocale::English, QLocale::UnitedKingdom));
-        QList<ZelMatch> matches{
-            {.matchID = 1, .matchStatus = "finished", .startTime = "2026-11-21T19:30:00+05:30"},
-            {.matchID = 2, .matchStatus = "finished", .startTime = "2026-11-22T19:30:00+05:30"}};
-        if (MatchListModel::Kind(kind) == MatchListModel::Kind::Today)
-            matches.append({.matchID = 3, .matchStatus = "live"});
-        rows.setMatches(matches);
-        QStringList shown;
-        for (int row = 0; row < rows.rowCount(); ++row) {
-            const QModelIndex at = rows.index(row);
-            shown << u"%1 %2 %3 %4"_s.arg(
-                rows.data(at, MatchListModel::MatchKeyRole).toString(),
-                rows.data(at, MatchListModel::SectionTitleRole).toString(),
-                rows.data(at, MatchListModel::IsLiveRole).toBool() ? u"live"_s : u"-"_s,
-                rows.data(at, MatchListModel::OpensOnTapRole).toBool() ? u"opens"_s : u"-"_s);
-        }
-        QTEST(shown, "rows");
-        QCOMPARE(rows.data(rows.index(0), MatchListModel::CentreTextRole), QVariant(u"Final"_s));
     }
 };
 

@@ -7,12 +7,10 @@
 
 #include <QAbstractItemModelTester>
 #include <QBuffer>
-#include <QPointer>
 #include <QQmlComponent>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtQml/qqmlextensionplugin.h>
@@ -276,49 +274,6 @@ private slots:
         QCOMPARE(list->property("contentY").toReal(), scrolled);
     }
 
-    // A row's state lives as long as its match is listed, though its delegate goes when it is
-    // scrolled far away.
-    void rowStateOutlivesItsDelegate()
-    {
-        m_server->script("/api/matches/today", {200, finishedMatches(60)});
-        m_popover->refresh();
-        QVERIFY(settled());
-        QQuickItem *list = tab("todayTab")->property("list").value<QQuickItem *>();
-        list->setProperty("cacheBuffer", 0);
-        QTRY_COMPARE(rows("todayTab").first()->property("matchKey").toString(), u"101"_s);
-        tapMainLine(rows("todayTab")[1]);
-        m_popover->todayModel()->chooseInnings(1, 1);
-        QVERIFY(settled());
-        QPointer<QQuickItem> first = rows("todayTab")[1];
-        QMetaObject::invokeMethod(list, "positionViewAtEnd");
-        QTRY_VERIFY(!first);
-        QMetaObject::invokeMethod(list, "positionViewAtBeginning");
-        QTRY_COMPARE(rows("todayTab")[1]->property("matchKey").toString(), u"102"_s);
-        QVERIFY(rows("todayTab")[1]->property("expanded").toBool());
-        QCOMPARE(rows("todayTab")[1]->property("chosenInnings").toInt(), 1);
-        QVERIFY(!rows("todayTab")[2]->property("expanded").toBool());
-    }
-
-    // Notes and results are read in full: they wrap, and their row grows.
-    void longNotesWrap()
-    {
-        const QString note =
-            u"Rain delay: covers on at Harbour Oval, inspection at 3:30 PM, play from 4 PM"_s;
-        QByteArray body = today;
-        body.replace(R"("matchID": 9, "status": "upcoming")",
-                     R"("matchID": 9, "status": "upcoming", "result": {"description": ")" +
-                         note.toUtf8() + R"("})");
-        m_server->script("/api/matches/today", {200, body});
-        m_popover->refresh();
-        QVERIFY(settled());
-        QTRY_VERIFY(textItem(tab("todayTab"), note));
-        QQuickItem *shown = textItem(tab("todayTab"), note);
-        QVERIFY(!shown->property("truncated").toBool());
-        QVERIFY(shown->property("lineCount").toInt() > 1);
-        QQuickItem *row = rows("todayTab")[2];
-        QVERIFY(shown->mapToItem(row, QPointF(0, shown->height())).y() <= row->height());
-    }
-
     // A badge looks its logo up again when its URL changes, and shows one that failed for now
     // once the next reload brings it.
     void badgeFollowsItsLogo()
@@ -351,33 +306,6 @@ private slots:
         m_server->script("/logos/second.png", {200, png});
         ImageCache::shared().prefetch({second});
         QTRY_VERIFY(badge->property("showsLogo").toBool());
-    }
-
-    // Clicks and arrows switch tabs, the highlight follows, and Escape asks to close.
-    void tabsFollowClicksAndKeys()
-    {
-        QSignalSpy closed(m_view->rootObject(), SIGNAL(closeRequested()));
-        QQuickItem *bar = tab("tabBar");
-        const auto clickSegment = [&](int index) {
-            const QPointF at =
-                bar->mapToScene(QPointF(bar->width() * (index + 0.5) / 3, bar->height() / 2));
-            QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, at.toPoint());
-        };
-        clickSegment(0);
-        QCOMPARE(m_popover->activeTab(), Popover::Tab::Results);
-        m_view->rootObject()->forceActiveFocus();
-        QTest::keyClick(m_view.get(), Qt::Key_Left);
-        QCOMPARE(m_popover->activeTab(), Popover::Tab::Results);
-        QTest::keyClick(m_view.get(), Qt::Key_Right);
-        QCOMPARE(m_popover->activeTab(), Popover::Tab::Today);
-        QCOMPARE(bar->property("currentIndex").toInt(), int(m_popover->activeTab()));
-        QTest::keyClick(m_view.get(), Qt::Key_Right);
-        QTest::keyClick(m_view.get(), Qt::Key_Right);
-        QCOMPARE(m_popover->activeTab(), Popover::Tab::Fixtures);
-        clickSegment(1);
-        QCOMPARE(bar->property("currentIndex").toInt(), int(Popover::Tab::Today));
-        QTest::keyClick(m_view.get(), Qt::Key_Escape);
-        QCOMPARE(closed.count(), 1);
     }
 
     // The gear or Ctrl+, turns the body into the settings page; a team chosen there is marked

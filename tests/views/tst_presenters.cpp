@@ -183,30 +183,6 @@ private slots:
         QTEST(MatchRowPresenter::venueText(match), "venue");
     }
 
-    void tabContent_data()
-    {
-        QTest::addColumn<bool>("loading");
-        QTest::addColumn<QString>("error");
-        QTest::addColumn<bool>("empty");
-        QTest::addColumn<int>("content");
-
-        using C = Popover::Content;
-        QTest::newRow("loading, nothing yet") << true << u""_s << true << int(C::Loading);
-        QTest::newRow("loading over an old list") << true << u""_s << false << int(C::List);
-        QTest::newRow("error, nothing to show") << false << u"HTTP 503"_s << true << int(C::Error);
-        QTest::newRow("error over an old list") << false << u"HTTP 503"_s << false << int(C::List);
-        QTest::newRow("loading beats error") << true << u"HTTP 503"_s << true << int(C::Loading);
-        QTest::newRow("nothing at all") << false << u""_s << true << int(C::Empty);
-    }
-
-    void tabContent()
-    {
-        QFETCH(bool, loading);
-        QFETCH(QString, error);
-        QFETCH(bool, empty);
-        QTEST(int(TodayPresenter::content(loading, error, empty)), "content");
-    }
-
     void grouping_data()
     {
         QTest::addColumn<bool>("ascending");
@@ -308,27 +284,6 @@ private slots:
         QTEST(shown, "yetToBat");
     }
 
-    void totalLine_data()
-    {
-        QTest::addColumn<QString>("summary");
-        QTest::addColumn<QString>("score");
-        QTest::addColumn<QString>("overs"); // empty: none
-        QTest::newRow("usual") << u"150/3 (15.2 Ov)"_s << u"150/3"_s << u"15.2 Ov"_s;
-        QTest::newRow("no parentheses: shown twice") << u"185/6"_s << u"185/6"_s << u"185/6"_s;
-        QTest::newRow("last parenthesis wins") << u"99 (a) (18 Ov)"_s << u"99"_s << u"18 Ov"_s;
-        QTest::newRow("empty") << u""_s << u""_s << u""_s;
-    }
-
-    void totalLine()
-    {
-        QFETCH(QString, summary);
-        ZelMatch m = match("finished");
-        m.secondBattingSummary = summary;
-        const auto line = ScorecardPresenter::totalLine(m, 1);
-        QTEST(line.score, "score");
-        QTEST(line.overs.value_or(QString()), "overs");
-    }
-
     void batsmanState_data()
     {
         QTest::addColumn<QString>("status");
@@ -371,22 +326,6 @@ private slots:
         // Another innings number is never the one in progress.
         if (status == "live" && notOut == "1")
             QVERIFY(ScorecardPresenter::batsmanState(m, entry, 2) != BatsmanState::Striker);
-    }
-
-    void bowlingMarks()
-    {
-        ZelMatch live = match("live");
-        live.currentBowlerName = " Dev Iyer";
-        ZelBowlingEntry bowler;
-        bowler.name = "Dev Iyer ";
-        QVERIFY(ScorecardPresenter::isCurrentBowler(live, bowler));
-        QVERIFY(!ScorecardPresenter::isCurrentBowler(
-            with(live, [](ZelMatch &m) { m.matchStatus = "finished"; }), bowler));
-        for (const auto &[wickets, stands] : QList<std::pair<QString, bool>>{
-                 {"2", true}, {"1", true}, {"0", false}, {"-", false}}) {
-            bowler.wickets = wickets;
-            QCOMPARE(ScorecardPresenter::tookWickets(bowler), stands);
-        }
     }
 };
 
