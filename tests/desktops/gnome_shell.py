@@ -12,47 +12,21 @@ import os
 import re
 import subprocess
 import sys
-import tempfile
 import time
 
+from desktop import Desktop, wait_for
+
 session, app, simulator, port, output = sys.argv[1:6]
-home = tempfile.mkdtemp(prefix="zel-gnome-")
-env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=f"{home}/config", XDG_CACHE_HOME=f"{home}/cache",
-           XDG_DATA_HOME=f"{home}/data", XDG_RUNTIME_DIR=home, GSETTINGS_BACKEND="keyfile")
-for name in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"):
-    env.pop(name, None)
-started, failures = [], []
-
-
-def start(*command, **options):
-    started.append(subprocess.Popen(command, env=env, stdout=subprocess.DEVNULL,
-                                    stderr=subprocess.DEVNULL, **options))
-    return started[-1]
-
-
-def wait_for(condition, seconds=15):
-    deadline = time.monotonic() + seconds
-    while time.monotonic() < deadline:
-        value = condition()
-        if value:
-            return value
-        time.sleep(0.2)
-    return None
-
-
-def check(what, passed):
-    print(f"{'PASS' if passed else 'FAIL'} gnome-{session}: {what}", flush=True)
-    if not passed:
-        failures.append(what)
-    return passed
+desktop = Desktop(f"gnome-{session}")
+desktop.env["GSETTINGS_BACKEND"] = "keyfile"
+env, start, check = desktop.env, desktop.start, desktop.check
 
 
 def shell(script):
     """Runs JavaScript in the shell; its result, which the shell sends as JSON, or None."""
-    done = subprocess.run(["gdbus", "call", "--session", "-d", "org.gnome.Shell", "-o",
-                           "/org/gnome/Shell", "-m", "org.gnome.Shell.Eval",
-                           f"(() => {{ {script} }})()"], env=env, capture_output=True, text=True)
-    found = re.match(r"\(true, '(.*)'\)$", done.stdout.strip(), re.S)
+    found = re.match(r"\(true, '(.*)'\)$", desktop.run(
+        "gdbus", "call", "--session", "-d", "org.gnome.Shell", "-o", "/org/gnome/Shell", "-m",
+        "org.gnome.Shell.Eval", f"(() => {{ {script} }})()"), re.S)
     return json.loads(found.group(1).replace("\\'", "'")) if found else None
 
 
@@ -78,17 +52,11 @@ def picture(name):
           "return 1;")
 
 
-def x11(*arguments):
-    return subprocess.run(["xdotool", *arguments], env=env, capture_output=True, text=True).stdout
-
-
 def popover():
     """The popover's frame on the app's X display while it is open and has the keyboard."""
-    for window in x11("search", "--onlyvisible", "--name", "^Scores").split():
-        shape = dict(line.split("=") for line in x11("getwindowgeometry", "--shell", window).split())
-        if x11("getactivewindow").strip() == window:
-            return tuple(int(shape[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
-    return None
+    active = desktop.run("xdotool", "getactivewindow")
+    return next((frame for _, frame, window in desktop.windows("--name", "^Scores")
+                 if window == active), None)
 
 
 def menu_open():
@@ -97,7 +65,7 @@ def menu_open():
 
 try:
     # GNOME 43 has no unsafe-mode switch: this extension opens Eval to the test.
-    extension = f"{home}/data/gnome-shell/extensions/zel-test@zel.example"
+    extension = desktop.path("data/gnome-shell/extensions/zel-test@zel.example")
     os.makedirs(extension)
     with open(f"{extension}/metadata.json", "w") as meta:
         json.dump({"uuid": "zel-test@zel.example", "name": "Zel test", "description": "Eval",
@@ -106,18 +74,13 @@ try:
         script.write("function init() {}\nfunction enable() { global.context.unsafe_mode = true; }"
                      "\nfunction disable() {}\n")
     # The shell aborts without a system bus where systemd seats exist.
-    started.append(subprocess.Popen(["dbus-daemon", "--config-file=/usr/share/dbus-1/session.conf",
-                                     "--nofork", "--print-address"], stdout=subprocess.PIPE,
-                                    text=True))
-    env["DBUS_SYSTEM_BUS_ADDRESS"] = started[-1].stdout.readline().strip()
-    subprocess.run(["gsettings", "set", "org.gnome.shell", "enabled-extensions",
-                    "['ubuntu-appindicators@ubuntu.com', 'zel-test@zel.example']"], env=env,
-                   check=True)
+    system_bus = start("dbus-daemon", "--config-file=/usr/share/dbus-1/session.conf", "--nofork",
+                       "--print-address", output=subprocess.PIPE, text=True)
+    env["DBUS_SYSTEM_BUS_ADDRESS"] = system_bus.stdout.readline().strip()
+    desktop.run("gsettings", "set", "org.gnome.shell", "enabled-extensions",
+                "['ubuntu-appindicators@ubuntu.com', 'zel-test@zel.example']")
     if session == "x11":
-        read, write = os.pipe()
-        start("Xvfb", "-displayfd", str(write), "-screen", "0", "1280x800x24", "+extension", "GLX",
-              "+extension", "RANDR", "-nolisten", "tcp", pass_fds=[write])
-        env["DISPLAY"] = ":" + os.read(read, 16).decode().strip()
+        desktop.start_xvfb("+extension", "GLX", "+extension", "RANDR")
         start("gnome-shell", "--x11", "--replace")
     else:
         start("gnome-shell", "--headless", "--wayland", "--wayland-display", "zel-shell",
@@ -126,7 +89,7 @@ try:
     if not check("the shell starts", wait_for(lambda: shell(
             "if (Main.layoutManager._startingUp) return false; Main.overview.hide();"
             "return !Main.overview.visible && !Main.overview.animationInProgress;"), 60)):
-        sys.exit(1)
+        raise SystemExit
     shell("const seat = imports.gi.Clutter.get_default_backend()"
           ".get_default_seat(); const T = imports.gi.Clutter.InputDeviceType;"
           "global.zelPointer = seat.create_virtual_device(T.POINTER_DEVICE);"
@@ -138,16 +101,18 @@ try:
             env[name] = shell(f"return imports.gi.GLib.getenv('{name}');")
     start(simulator, "--port", port, "--scenario", "live-second-innings")
     start(app)
+
     def item():
         """The item's centre and label, once its label shows and it has stopped moving."""
         return shell(f"{ITEM} if (!item?._indicator.label) return null;"
-                     "const [x, y] = item.get_transformed_position(); return {x: x + item.width / 2,"
-                     "y: y + item.height / 2, label: item._indicator.label};")
+                     "const [x, y] = item.get_transformed_position();"
+                     "return {x: x + item.width / 2, y: y + item.height / 2,"
+                     "label: item._indicator.label};")
 
     bar = wait_for(lambda: (lambda a, b: a == b and a)(item(), time.sleep(0.5) or item()), 30)
     if not check(f"the label reads the title ({bar and bar['label']})",
                  bar and re.match(r"\S+ .*\d", bar["label"])):
-        sys.exit(1)
+        raise SystemExit
     picture("bar")
     x, y = bar["x"], bar["y"]
     panel = shell("return Main.panel.height;")
@@ -181,9 +146,4 @@ try:
         check("a right click on the item closes it and opens the shell's menu",
               wait_for(lambda: popover() is None and menu_open(), 5))
 finally:
-    for process in reversed(started):
-        process.terminate()
-    for process in started:
-        process.wait()
-    subprocess.run(["rm", "-rf", home])
-sys.exit(1 if failures else 0)
+    desktop.finish()
