@@ -75,9 +75,6 @@ private slots:
             << u"Network: The network connection was lost."_s;
         QTest::newRow("endless body") << FixtureResponse{200, twoMatches, 0ms, Delivery::Endless}
                                       << 300 << u"Network: The response was too large."_s;
-        QTest::newRow("a gigabyte declared")
-            << FixtureResponse{200, twoMatches, 0ms, Delivery::DeclaredHuge} << 300
-            << u"Network: The response was too large."_s;
         QTest::newRow("body trickling in, byte by byte, past the deadline")
             << FixtureResponse{200, twoMatches, 0ms, Delivery::Trickle} << 300
             << u"Network: The request timed out."_s;

@@ -69,8 +69,6 @@ private slots:
             << everything << QStringList{u"1: started 1"_s, u"4: wicket 1"_s, u"7: finished 1"_s};
         QTest::newRow("a finished match reported live again")
             << QList<Load>{{over}, {chase}, {over}} << everything << QStringList{};
-        QTest::newRow("a score going backwards")
-            << QList<Load>{{twoDown}, {wicket}, {started}} << everything << QStringList{};
         QTest::newRow("one per match per load, the weightiest")
             << QList<Load>{{upcoming}, {twoDown}, {over}} << everything
             << QStringList{u"1: wicket 1"_s, u"2: finished 1"_s};

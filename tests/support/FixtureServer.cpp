@@ -63,8 +63,5 @@ void FixtureServer::respond(QTcpSocket *socket, const FixtureResponse &response)
     case Delivery::Trickle:
         reply.writeSlowlyTo(socket, std::chrono::milliseconds(50));
         break;
-    case Delivery::DeclaredHuge:
-        reply.writeDeclaringTo(socket, qint64(1) << 30);
-        break;
     }
 }

@@ -11,10 +11,9 @@
 struct FixtureResponse {
     enum class Delivery {
         Whole,
-        DropMidBody,  // announce the full length, send half, close
-        Endless,      // no length, and the body repeated for as long as the client reads
-        Trickle,      // the body one byte every 50 ms
-        DeclaredHuge, // announce a gigabyte, send the body, keep the connection open
+        DropMidBody, // announce the full length, send half, close
+        Endless,     // no length, and the body repeated for as long as the client reads
+        Trickle,     // the body one byte every 50 ms
     };
 
     int status = 200;

@@ -76,9 +76,3 @@ void HttpReply::writeTruncatedTo(QTcpSocket *socket) const
     socket->write(body.left(body.size() / 2));
     socket->disconnectFromHost();
 }
-
-void HttpReply::writeDeclaringTo(QTcpSocket *socket, qint64 length) const
-{
-    socket->write(head(length));
-    socket->write(body);
-}

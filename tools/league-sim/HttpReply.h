@@ -27,8 +27,6 @@ struct HttpReply {
     // Announces the full length and sends one byte each interval.
     void writeSlowlyTo(QTcpSocket *socket,
                        std::chrono::milliseconds interval = std::chrono::seconds(1)) const;
-    // Announces a length of its own, sends the body and keeps the connection open.
-    void writeDeclaringTo(QTcpSocket *socket, qint64 length) const;
 
 private:
     QByteArray head(std::optional<qint64> length) const;
