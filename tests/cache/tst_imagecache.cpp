@@ -173,7 +173,6 @@ private slots:
         QTest::newRow("dropped mid-body")
             << FixtureResponse{200, encoded("PNG"), {}, FixtureResponse::Delivery::DropMidBody}
             << true;
-        QTest::newRow("403") << FixtureResponse{403, "not for you"} << false;
         QTest::newRow("404") << FixtureResponse{404, "no such logo"} << false;
         QTest::newRow("a logo under a 300") << FixtureResponse{300, encoded("PNG")} << false;
         QTest::newRow("not an image") << FixtureResponse{200, "<html>moved</html>"} << false;

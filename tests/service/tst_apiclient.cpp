@@ -64,8 +64,6 @@ private slots:
             << FixtureResponse{407, twoMatches} << standard << u"APIClient 407: HTTP 407"_s;
         QTest::newRow("200 without a body")
             << FixtureResponse{200, {}} << standard << u"APIClient 200: HTTP 200"_s;
-        QTest::newRow("204") << FixtureResponse{204, {}} << standard
-                             << u"APIClient 204: HTTP 204"_s;
         QTest::newRow("HTML error page with 200")
             << FixtureResponse{200, "<html>oops</html>"} << standard << u"ZelDecoding"_s;
         QTest::newRow("answer slower than the timeout")

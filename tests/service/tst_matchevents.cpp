@@ -143,8 +143,6 @@ private slots:
         QTest::newRow("as written") << QByteArray("[favourite]\nid=nth\nname=Northport\n"
                                                   "[notify]\nstarts=true\n")
                                     << u"nth"_s << true;
-        QTest::newRow("a team without a name")
-            << QByteArray("[favourite]\nid=nth\n") << u""_s << false;
         QTest::newRow("an id at its longest")
             << "[favourite]\nid=" + QByteArray(64, 'n') + "\nname=N\n"
             << QString(64, u'n') << false;

@@ -238,12 +238,6 @@ private slots:
         live.secondBattingSummary = "12/0 (2 Ov)";
         live.currentInnings = "2";
         QTest::newRow("live, second innings") << live << 2 << 1 << u"1st \u00B7 NTH"_s << u"--A"_s;
-        live.currentInnings = "3";
-        QTest::newRow("live, past the second innings")
-            << live << 2 << 2 << u"1st \u00B7 NTH"_s << u"--A"_s;
-        live.currentInnings = "two";
-        QTest::newRow("unreadable innings opens the first")
-            << live << 2 << 0 << u"1st \u00B7 NTH"_s << u"--A"_s;
         ZelMatch toss = match("live", 2);
         toss.currentInnings = "1";
         toss.firstBattingTeamCode.clear();
