@@ -579,14 +579,10 @@ private slots:
         const QByteArray good = file({record(1).toCacheJson()});
         QJsonObject untyped = record(2).toCacheJson();
         untyped.insert(u"type"_s, 7);
-        QJsonObject missing = record(3).toCacheJson();
-        missing.remove(u"receivedAt"_s);
         QTest::newRow("truncated") << good.left(good.size() / 2) << QStringList() << 1;
         QTest::newRow("a wrongly typed record among good ones")
             << file({record(1).toCacheJson(), untyped, record(4).toCacheJson()})
             << QStringList{u"signal.1"_s, u"signal.4"_s} << 1;
-        QTest::newRow("a record without its date")
-            << file({missing, record(1).toCacheJson()}) << QStringList{u"signal.1"_s} << 1;
     }
 
     void cacheFilesKeepWhatCanBeRead()
@@ -698,27 +694,6 @@ private slots:
         now = now.addMSecs(5);
         manager->syncSoon();
         QTRY_COMPARE(m_ingest->requestBodies().size(), 2);
-    }
-
-    void aReturnWithinFiveMinutesContinuesTheSession_data()
-    {
-        QTest::addColumn<int>("secondsAway");
-        QTest::addColumn<bool>("newSession");
-        QTest::newRow("299 s") << 299 << false;
-        QTest::newRow("300 s") << 300 << false;
-        QTest::newRow("301 s") << 301 << true;
-    }
-
-    void aReturnWithinFiveMinutesContinuesTheSession()
-    {
-        QFETCH(int, secondsAway);
-        QDateTime now = QDateTime::currentDateTimeUtc();
-        const auto manager = TelemetryManager::create(configuration(), [&] { return now; });
-        const QUuid session = manager->configuration()->sessionID();
-        manager->didEnterBackground();
-        now = now.addSecs(secondsAway);
-        manager->willEnterForeground();
-        QTEST(manager->configuration()->sessionID() != session, "newSession");
     }
 
     // The default parameters are checked for reserved keys even with the warnings off.

@@ -159,29 +159,6 @@ private slots:
         m_vm.reset();
     }
 
-    void todayShowsItsRowsAndOnlyFinishedOnesOpen()
-    {
-        QCOMPARE(m_view->rootObject()->size(), QSizeF(380, 500));
-        QTRY_COMPARE(rows("todayTab").size(), 3);
-        const auto today = rows("todayTab");
-        QVERIFY2(today[0]->property("expanded").toBool(), "a live row opens expanded");
-        QVERIFY(!today[1]->property("expanded").toBool());
-
-        tapMainLine(today[0]); // live: nothing happens
-        tapMainLine(today[2]); // upcoming: nothing happens
-        QVERIFY(today[0]->property("expanded").toBool());
-        QVERIFY(!today[2]->property("expanded").toBool());
-
-        tapMainLine(today[1]);
-        QVERIFY(today[1]->property("expanded").toBool());
-        QVERIFY(settled());
-        tapMainLine(today[1]);
-        tapMainLine(today[1]);
-        QVERIFY(settled());
-        QCOMPARE(m_server->requestCount("/api/matches/8/scorecard"), 1);
-        QCOMPARE(m_server->requestCount("/api/matches/9/scorecard"), 0);
-    }
-
     // Every view file, with data that reaches each of its parts, and not one QML warning.
     void everyViewShowsItsData()
     {

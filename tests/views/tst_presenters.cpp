@@ -40,18 +40,6 @@ ZelMatch with(ZelMatch m, const std::function<void(ZelMatch &)> &change)
     return m;
 }
 
-QStringList datesOf(const QList<TodayPresenter::MatchGroup> &groups)
-{
-    QStringList dates;
-    for (const auto &group : groups) {
-        QStringList ids;
-        for (const ZelMatch &m : group.matches)
-            ids.append(QString::number(m.matchID));
-        dates.append(group.date + u':' + ids.join(u','));
-    }
-    return dates;
-}
-
 } // namespace
 
 class PresentersTest : public QObject {
@@ -172,34 +160,6 @@ private slots:
         QFETCH(ZelMatch, match);
         QTEST(MatchRowPresenter::scoresText(match), "scores");
         QTEST(MatchRowPresenter::venueText(match), "venue");
-    }
-
-    void grouping_data()
-    {
-        QTest::addColumn<bool>("ascending");
-        QTest::addColumn<QStringList>("groups"); // date:ids
-
-        QTest::newRow("fixtures: undated first, earliest first")
-            << true << QStringList{":4,6", "2026-04-05:3,1,5", "2026-04-06:2"};
-        QTest::newRow("results: undated last, latest first")
-            << false << QStringList{"2026-04-06:2", "2026-04-05:1,5,3", ":4,6"};
-    }
-
-    void grouping()
-    {
-        QFETCH(bool, ascending);
-        const auto at = [](qint64 id, std::optional<QString> start) {
-            return ZelMatch{.matchID = id, .startTime = std::move(start)};
-        };
-        const QList<ZelMatch> matches{
-            at(1, "2026-04-05T14:00:00Z"),
-            at(2, "2026-04-05T20:00:00Z"), // already the 6th in India
-            at(3, "2026-04-05T09:00:00.000+05:30"),
-            at(4, std::nullopt),
-            at(5, "2026-04-05T14:00:00.000Z"), // same instant as 1: keeps its place
-            at(6, "5 April"),
-        };
-        QTEST(datesOf(TodayPresenter::grouped(matches, ascending)), "groups");
     }
 
     void headerTexts()
