@@ -696,17 +696,25 @@ private slots:
         QTRY_COMPARE(m_ingest->requestBodies().size(), 2);
     }
 
-    // The default parameters are checked for reserved keys even with the warnings off.
-    void defaultParametersAreAlwaysChecked()
+    void aReturnWithinFiveMinutesContinuesTheSession_data()
     {
-        auto config = quietConfiguration();
-        config->reservedParameterWarningsEnabled.set(false);
-        config->defaultParameters.set([] { return QMap<QString, QString>{{u"locale"_s, u"x"_s}}; });
-        TelemetryDeck::initialize(config);
-        TelemetryDeck::signal(u"type"_s, {{u"appID"_s, u"v"_s}});
-        QTRY_VERIFY(!m_log.lines().filter(u"Process signal"_s).isEmpty());
-        QCOMPARE(m_log.errors().size(), 1);
-        QVERIFY(m_log.errors().first().contains(u"parameter with reserved key 'locale'"_s));
+        QTest::addColumn<int>("secondsAway");
+        QTest::addColumn<bool>("newSession");
+        QTest::newRow("299 s") << 299 << false;
+        QTest::newRow("300 s") << 300 << false;
+        QTest::newRow("301 s") << 301 << true;
+    }
+
+    void aReturnWithinFiveMinutesContinuesTheSession()
+    {
+        QFETCH(int, secondsAway);
+        QDateTime now = QDateTime::currentDateTimeUtc();
+        const auto manager = TelemetryManager::create(configuration(), [&] { return now; });
+        const QUuid session = manager->configuration()->sessionID();
+        manager->didEnterBackground();
+        now = now.addSecs(secondsAway);
+        manager->willEnterForeground();
+        QTEST(manager->configuration()->sessionID() != session, "newSession");
     }
 
     void firstSessionStartsHalfASecondAfterInitialize()

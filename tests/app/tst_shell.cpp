@@ -1,5 +1,4 @@
 #include "AppcastFeed.h"
-#include "ClickAwayShield.h"
 #include "DBusMenuExporter.h"
 #include "DesktopNotifier.h"
 #include "FixtureServer.h"
@@ -20,7 +19,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
-#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -161,22 +159,6 @@ private slots:
         const QPoint placed = PopoverWindow::placement(at, PopoverWindow::size, available);
         QTEST(placed, "expected");
         QVERIFY(available.width() < 380 || available.contains(QRect(placed, PopoverWindow::size)));
-    }
-
-    // Under a compositor's Xwayland the popover stands on a shield over the work area, which
-    // never takes the focus and tells of a click on it.
-    void shieldCoversTheWorkArea()
-    {
-        ClickAwayShield shield;
-        QSignalSpy clicked(&shield, &ClickAwayShield::clicked);
-        QScreen *screen = QGuiApplication::primaryScreen();
-        shield.cover(screen, true);
-        QCOMPARE(shield.geometry(), screen->availableGeometry());
-        QVERIFY(
-            shield.flags().testFlags(Qt::WindowDoesNotAcceptFocus | Qt::BypassWindowManagerHint));
-        QVERIFY(QTest::qWaitForWindowExposed(&shield));
-        QTest::mouseClick(&shield, Qt::LeftButton, {}, QPoint(10, 10));
-        QCOMPARE(clicked.count(), 1);
     }
 
     // Hosts that draw no label show only the icon: it carries the state, as the tray icon does.

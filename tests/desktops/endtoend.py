@@ -6,7 +6,6 @@ loopback with its analytics ingest, and keys and clicks from xdotool.
 
 Usage: endtoend.py APP SIMULATOR PORT VERSION OUTPUT_FOLDER
 """
-import configparser
 import datetime
 import json
 import os
@@ -60,11 +59,9 @@ def start_sim(*more):
 
 def stored(key):
     """A value of the app's own analytics store (of its identifier, which a default build sends)."""
-    store = configparser.ConfigParser(interpolation=None)
-    store.optionxform = str
-    store.read(desktop.path("config/ZelMenuBar/seprior.64a5b131124f"))
-    value = store.get("General", key, fallback="").strip('"').replace('\\"', '"')
-    return value.removeprefix("@ByteArray(").removesuffix(")")
+    with open(desktop.path("config/ZelMenuBar/seprior.64a5b131124f")) as store:
+        found = re.search(rf'^{key}="?(@ByteArray\()?(.*?)\)?"?$', store.read(), re.M)
+    return found.group(2).replace('\\"', '"') if found else ""
 
 
 def popover():

@@ -214,6 +214,32 @@ private slots:
         QCOMPARE((QStringList{state(0), state(1), state(2), state(3)}),
                  (QStringList{u"0 -1"_s, u"0 -1"_s, u"1 -1"_s, u"0 -1"_s}));
     }
+
+    void clockTimesFollowTheUsersTimeZone()
+    {
+        const QByteArray zone = qgetenv("TZ");
+        qputenv("TZ", "Asia/Kolkata");
+        MatchListModel *rows = m_popover->fixturesModel();
+        m_popover->opening();
+        const auto shown = [&] {
+            return rows->data(rows->index(0), MatchListModel::DisplayTimeRole).toString();
+        };
+        QCOMPARE(shown(), QLocale::system().toString(QTime(10, 0), u"h:mm AP"_s));
+        QSignalSpy changed(rows, &QAbstractItemModel::dataChanged);
+        qputenv("TZ", "UTC");
+        m_popover->opening();
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(shown(), QLocale::system().toString(QTime(4, 30), u"h:mm AP"_s));
+        qputenv("TZ", zone);
+        QCOMPARE(changed.first().at(1).toModelIndex().row(), rows->rowCount() - 1);
+        // A new favourite is told to the views of every row, down to the last.
+        MatchListModel *today = m_popover->todayModel();
+        QSignalSpy marked(today, &QAbstractItemModel::dataChanged);
+        today->setFavouriteTeam(u"1"_s);
+        QCOMPARE(marked.count(), 1);
+        QVERIFY(today->rowCount() > 1);
+        QCOMPARE(marked.first().at(1).toModelIndex().row(), today->rowCount() - 1);
+    }
 };
 
 QTEST_MAIN(PopoverControllerTest)
