@@ -29,8 +29,10 @@ packages=(
     dbus-daemon xvfb x11-utils xdotool trayer haskell-status-notifier-item-utils imagemagick dunst
     # The popover under a Wayland compositor, through Xwayland.
     weston xwayland
-    # The popover under a real GNOME Shell, X11 and Wayland, and the shell's command-line tools.
+    # The popover under real shells: GNOME Shell (X11 and Wayland) and its command-line tools,
+    # and KDE Plasma on X11.
     gnome-shell gnome-shell-extension-appindicator libglib2.0-bin
+    plasma-workspace plasma-desktop kwin-x11
     appstream desktop-file-utils
     # The measuring scripts' panel registers its StatusNotifierHost from Python.
     python3-gi gir1.2-glib-2.0

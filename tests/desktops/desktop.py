@@ -35,6 +35,11 @@ def call(name, path, interface, method, arguments=None, reply="()"):
         return None
 
 
+def enable_accessibility():
+    call("org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set",
+         GLib.Variant("(ssv)", ("org.a11y.Status", "IsEnabled", GLib.Variant("b", True))))
+
+
 class Desktop:
     def __init__(self, name):
         self.name = name
@@ -63,6 +68,10 @@ class Desktop:
     def run(self, *command):
         return subprocess.run(command, env=self.env, capture_output=True, text=True,
                               timeout=20).stdout.strip()
+
+    def gdbus(self, name, path, method, *arguments):
+        return self.run("gdbus", "call", "--session", "-d", name, "-o", path, "-m", method,
+                        *arguments)
 
     @staticmethod
     def stop(process):

@@ -1,8 +1,7 @@
 #!/usr/bin/python3
-"""One league day as a user lives it, walked in order by as few runs of the application as it
-takes: its own X server with trayer, then a real StatusNotifierWatcher on the session bus (run
-this under dbus-run-session), dunst, the accessibility bus and weston, the league simulator on
-loopback with its analytics ingest, and keys and clicks from xdotool.
+"""One league day as a user lives it, in as few runs of the app as it takes: Xvfb with trayer,
+then a StatusNotifierWatcher on the session bus (run this under dbus-run-session), dunst, the
+accessibility bus and weston, the league simulator on loopback, keys and clicks from xdotool.
 
 Usage: endtoend.py APP SIMULATOR PORT VERSION OUTPUT_FOLDER
 """
@@ -17,8 +16,8 @@ import time
 import traceback
 import urllib.request
 
-from desktop import (Desktop, StatusItem, call, publish_portal, register_host, registered_item,
-                     wait_for, watch_labels)
+from desktop import (Desktop, StatusItem, call, enable_accessibility, publish_portal,
+                     register_host, registered_item, wait_for, watch_labels)
 from gi.repository import GLib
 
 app, simulator, port, version, output = sys.argv[1:6]
@@ -126,26 +125,20 @@ def activate_to(item, shown):
     return popover_becomes(shown)
 
 
-def tool_tip_title(item):
-    return item.get("ToolTip")[2]
-
-
 try:
     desktop.start_xvfb()
     # A desktop that asks for reduced motion and inverted colours, a screen reader's bus and a
     # notification server.
-    publish_portal({"org.gnome.desktop.interface/enable-animations": GLib.Variant("b", False),
-                    "org.gnome.desktop.a11y.applications/screen-magnifier-enabled":
-                        GLib.Variant("b", True),
-                    "org.gnome.desktop.a11y.magnifier/invert-lightness": GLib.Variant("b", True)},
-                   300)
+    on, off = GLib.Variant("b", True), GLib.Variant("b", False)
+    publish_portal({"org.gnome.desktop.interface/enable-animations": off,
+                    "org.gnome.desktop.a11y.applications/screen-magnifier-enabled": on,
+                    "org.gnome.desktop.a11y.magnifier/invert-lightness": on}, 300)
     desktop.start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
     dunst = desktop.start("dunst")
     bus = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
     wait_for(lambda: call(*bus, "NameHasOwner", GLib.Variant("(s)", ("org.a11y.Bus",)), "(b)")
              == (True,))
-    call("org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set",
-         GLib.Variant("(ssv)", ("org.a11y.Status", "IsEnabled", GLib.Variant("b", True))))
+    enable_accessibility()
     # Asked before dunst holds its name, the bus would start another one, without a display.
     wait_for(lambda: call(*bus, "GetConnectionUnixProcessID",
                           GLib.Variant("(s)", ("org.freedesktop.Notifications",)), "(u)")
@@ -202,14 +195,7 @@ try:
     label = wait_for(lambda: item.get("XAyatanaLabel"))
     check("the item names itself and shows the title as its label and tool tip",
           [item.get("Title"), item.get("ItemIsMenu"), item.get("IconName"),
-           tool_tip_title(item)] == ["Zel Menu Bar", False, "zel-menubar", f"{BAT}  {label}"])
-    check("Activate opens and closes the popover",
-          activate_to(item, True) and activate_to(item, False))
-    entries = item.menu()
-    item.click_entry(entries[0][0])
-    check("the menu's first entry, Show Scores, opens the popover",
-          entries[0][1] == "Show Scores" and popover_becomes(True))
-    activate_to(item, False)
+           item.get("ToolTip")[2]] == ["Zel Menu Bar", False, "zel-menubar", f"{BAT}  {label}"])
 
     # The simulator's clock moves on between reloads (F5 in the popover): the toss, a wicket
     # and the result reach dunst, and a click on the result opens today's matches.
@@ -239,7 +225,7 @@ try:
     expected = wait_for(lambda: (lambda title: f"{BAT}  {item.get('XAyatanaLabel')}" == title
                                  and title)(desktop.run(app, "--expected-title")), 45)
     check(f"label and tool tip follow the score ({expected})",
-          expected and tool_tip_title(item) == expected and labels[-1:] == [expected[3:]])
+          expected and item.get("ToolTip")[2] == expected and labels[-1:] == [expected[3:]])
     # Opened by going live, the row says so as one the user opened would.
     check("the live row is described Expanded", wait_for(
         lambda: re.search(r"\tlist item\tLive: [^\t]+\t[^\t]*\tExpanded\n", tree())))
@@ -279,7 +265,7 @@ try:
     check("a start with the service down offers Retry",
           wait_for(lambda: "\tpush button\tRetry\t" in tree(), 20))
     desktop.run("import", "-window", "root", f"{output}/e2e-service-failure.png")
-    check("and shows no title", item.get("XAyatanaLabel") == "" and tool_tip_title(item) == BAT)
+    check("and shows no title", item.get("XAyatanaLabel") == "" and item.get("ToolTip")[2] == BAT)
     first_run_batches = len(batches())
     league = start_sim("--ingest-status", "500")
     match_at(end)

@@ -149,8 +149,6 @@ private slots:
         QTest::newRow("an id past its longest")
             << "[favourite]\nid=" + QByteArray(65, 'n') + "\nname=N\n"
             << u""_s << false;
-        QTest::newRow("a switch that is no word")
-            << QByteArray("[notify]\nstarts=1\n") << u""_s << false;
         QTest::newRow("binary junk") << QByteArray("\x89PNG\r\n\x1a\n\0\0", 10) << u""_s << false;
     }
 

@@ -71,7 +71,6 @@ private slots:
         m_popover->setActiveTab(Popover::Tab::Results);
         QVERIFY(settled());
         m_popover->setActiveTab(Popover::Tab::Results); // already there: no visit
-        m_popover->setActiveTab(Popover::Tab(7));
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/results"), 2);
         QCOMPARE(m_popover->activeTab(), Popover::Tab::Results);

@@ -1,0 +1,210 @@
+#!/usr/bin/python3
+"""The app under a real shell, headless, as a person uses it: GNOME Shell 43 with the AppIndicator
+extension (X11; Wayland, the app on Xwayland) or KDE Plasma 5.27 on X11. The title in the panel;
+the popover flush against the panel at the item after a click and after the shell's own "Show
+Scores"; Escape, a click on the desktop and a right click on the item (opening the shell's menu)
+closing it. Pictures of the panel and the popover go to the output folder.
+
+Usage: shells.py gnome-x11|gnome-wayland|plasma-x11 APP SIMULATOR PORT OUTPUT_FOLDER
+"""
+import json
+import os
+import re
+import shutil
+import subprocess
+import sys
+import time
+
+from desktop import BUS, Desktop, call, enable_accessibility, wait_for
+from gi.repository import Gio, GLib
+
+session, app, simulator, port, output = sys.argv[1:6]
+here = os.path.dirname(os.path.abspath(__file__))
+desktop = Desktop(session)
+env, start, check = desktop.env, desktop.start, desktop.check
+gnome = session.startswith("gnome")
+
+
+def shell(script):
+    """Runs JavaScript in GNOME Shell; its result, which the shell sends as JSON, or None."""
+    found = re.match(r"\(true, '(.*)'\)$", desktop.gdbus(
+        "org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Eval", f"(() => {{ {script} }})()"),
+        re.S)
+    return json.loads(found.group(1).replace("\\'", "'")) if found else None
+
+
+ITEM = ("const item = Object.entries(Main.panel.statusArea)"
+        ".find(([key]) => key.startsWith('appindicator-'))?.[1];")
+NOW = "const C = imports.gi.Clutter; const t = imports.gi.GLib.get_monotonic_time();"
+
+
+def click(x, y, button=1, times=1):
+    """On GNOME through the shell's own virtual pointer, which reaches its Wayland surfaces."""
+    if not gnome:
+        return desktop.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat",
+                           str(times), str(button))
+    shell(f"{NOW} global.zelPointer.notify_absolute_motion(t, {x}, {y});"
+          f"for (let i = 0; i < {times}; ++i) {{ global.zelPointer.notify_button(t, {button}, 1);"
+          f"global.zelPointer.notify_button(t, {button}, 0); }} return 1;")
+
+
+def key(name):
+    if not gnome:
+        return desktop.key(name)
+    shell(f"{NOW} global.zelKeys.notify_keyval(t, C.KEY_{name}, 1);"
+          f"global.zelKeys.notify_keyval(t, C.KEY_{name}, 0); return 1;")
+
+
+def picture(name):
+    path = f"{output}/{session}-{name}.png"
+    if not gnome:
+        return desktop.run("import", "-window", "root", path)
+    shell(f"new imports.gi.Shell.Screenshot().screenshot(false, imports.gi.Gio.File.new_for_path("
+          f"'{path}').replace(null, false, 0, null), () => {{}}); return 1;")
+
+
+def popover():
+    """The popover's frame on the app's X display while it is open and has the keyboard."""
+    active = desktop.run("xdotool", "getactivewindow")
+    return next((frame for _, frame, window in desktop.windows("--name", "^Scores")
+                 if window == active), None)
+
+
+def plasma_menu():
+    """The frame of the menu Plasma draws for the item: a small window of plasmashell's."""
+    return next((frame for name, frame, _ in desktop.windows("--class", "plasmashell")
+                 if frame[2] < 600 and frame[3] < 400), None)
+
+
+def work_bottom():
+    """Where a bottom panel starts: the end of the screen's work area."""
+    area = desktop.run("xprop", "-root", "_NET_WORKAREA").split("=")[-1].split(",")
+    return int(area[1]) + int(area[3]) if len(area) >= 4 else 800
+
+
+def item():
+    """The item's centre and the title the panel shows."""
+    if gnome:
+        return shell(f"{ITEM} if (!item?._indicator.label) return null;"
+                     "const [x, y] = item.get_transformed_position();"
+                     "return {x: x + item.width / 2, y: y + item.height / 2,"
+                     "title: item._indicator.label};")
+    # Plasma's icon, found by its live dot; the title, by the applet's label a reader finds.
+    top = work_bottom()
+    panel = desktop.run("import", "-window", "root", "-depth", "8", "-crop",
+                        f"1280x{800 - top}+0+{top}", "txt:-")
+    dots = [(int(x), int(y) + top)
+            for x, y in re.findall(r"^(\d+),(\d+): .*#D32F2F", panel, re.M)]
+    tree = desktop.run("/usr/bin/python3", f"{here}/accessible_tree.py", "plasmashell")
+    title = re.search(r"\tlabel\t\U0001F3CF  ([^\t]+)\t[^\t]*showing", tree)
+    return dots and title and {"x": sum(x for x, _ in dots) // len(dots),
+                               "y": sum(y for _, y in dots) // len(dots), "title": title.group(1)}
+
+
+try:
+    if gnome:
+        # GNOME 43 has no unsafe-mode switch: this extension opens Eval to the test.
+        extension = desktop.path("data/gnome-shell/extensions/zel-test@zel.example")
+        os.makedirs(extension)
+        for name, text in (("metadata.json", '{"uuid": "zel-test@zel.example", "name": "Zel test",'
+                            ' "description": "Eval", "shell-version": ["43"]}'),
+                           ("extension.js", "function init() {}\nfunction disable() {}\n"
+                            "function enable() { global.context.unsafe_mode = true; }\n")):
+            with open(f"{extension}/{name}", "w") as file:
+                file.write(text)
+        # The shell aborts without a system bus where systemd seats exist.
+        system_bus = start("dbus-daemon", "--config-file=/usr/share/dbus-1/session.conf",
+                           "--nofork", "--print-address", output=subprocess.PIPE, text=True)
+        env["DBUS_SYSTEM_BUS_ADDRESS"] = system_bus.stdout.readline().strip()
+        env["GSETTINGS_BACKEND"] = "keyfile"
+        desktop.run("gsettings", "set", "org.gnome.shell", "enabled-extensions",
+                    "['ubuntu-appindicators@ubuntu.com', 'zel-test@zel.example']")
+    if session.endswith("x11"):
+        desktop.start_xvfb("+extension", "GLX", "+extension", "RANDR")
+    if session == "gnome-x11":
+        start("gnome-shell", "--x11", "--replace")
+    elif gnome:
+        start("gnome-shell", "--headless", "--wayland", "--wayland-display", "zel-shell",
+              "--virtual-monitor", "1280x800")
+    if gnome:
+        # Started up, and out of the overview it opens with.
+        check("the shell starts", wait_for(lambda: shell(
+            "if (Main.layoutManager._startingUp) return false; Main.overview.hide();"
+            "return !Main.overview.visible && !Main.overview.animationInProgress;"), 60))
+        shell("const seat = imports.gi.Clutter.get_default_backend().get_default_seat();"
+              "const T = imports.gi.Clutter.InputDeviceType;"
+              "global.zelPointer = seat.create_virtual_device(T.POINTER_DEVICE);"
+              "global.zelKeys = seat.create_virtual_device(T.KEYBOARD_DEVICE); return 1;")
+    if session == "gnome-wayland":
+        # The app runs on the shell's Xwayland, as it does by default in a Wayland session.
+        env["WAYLAND_DISPLAY"] = "zel-shell"
+        for name in ("DISPLAY", "XAUTHORITY"):
+            env[name] = shell(f"return imports.gi.GLib.getenv('{name}');")
+    if not gnome:
+        # Services the bus starts (kglobalaccel) need the display; the applet comes with the app.
+        call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+             "UpdateActivationEnvironment", GLib.Variant("(a{ss})", ({"DISPLAY": env["DISPLAY"]},)))
+        env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        # No splash screen: held here, its name starts no waiting stand-in on the bus.
+        Gio.bus_own_name_on_connection(BUS, "org.kde.KSplash", 0, None, None)
+        start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
+        start("kwin_x11")
+        # The bus starts kded, the watcher's host, when it is first called.
+        check("the shell starts", wait_for(lambda: desktop.gdbus(
+            "org.kde.kded5", "/kded", "org.kde.kded5.loadModule", "statusnotifierwatcher")
+            == "(true,)", 30))
+        shutil.copytree(f"{here}/../../src/app/tray/plasma/example.zel.MenuBar.title",
+                        desktop.path("data/plasma/plasmoids/example.zel.MenuBar.title"))
+        start("plasmashell")
+        wait_for(lambda: "true" in desktop.gdbus(
+            "org.kde.plasmashell", "/PlasmaShell", "org.kde.PlasmaShell.evaluateScript",
+            "print(panels().length > 0 && panels()[0].addWidget('example.zel.MenuBar.title') "
+            "!== undefined)"), 30)
+        enable_accessibility()
+    start(simulator, "--port", port, "--scenario", "live-second-innings")
+    start(app)
+    # The title a fresh state object computes, once the item shows it and has stopped moving.
+    bar = wait_for(lambda: (lambda a, b: a == b and f"\U0001F3CF  {a['title']}" == desktop.run(
+        app, "--expected-title") and a)(item() or {"title": None}, time.sleep(0.5) or item()), 45)
+    check(f"the panel shows the whole title{'' if gnome else ', the icon its live dot'} "
+          f"({bar and bar['title']}; {item()})", bar)
+    picture("panel")
+    x, y = bar["x"], bar["y"]
+    edge = shell("return Main.panel.height;") if gnome else work_bottom() - 500
+
+    def opens(what, action):
+        """The popover opens flush against the panel, centred on the item, with the keyboard."""
+        time.sleep(0.4)  # a click soon after a closing click counts as that click
+        action()
+        frame = wait_for(popover, 10)
+        return check(f"{what} opens the popover at the item ({frame})",
+                     frame == (int(x) - 190, edge, 380, 500))
+
+    def closes(what, action):
+        action()
+        return check(f"{what} closes it", wait_for(lambda: popover() is None, 5) is not None)
+
+    # GNOME's extension opens the item's menu on a click and activates it on a double click.
+    opens("a click on the item", lambda: click(x, y, times=2 if gnome else 1))
+    picture("popover")
+    closes("Escape", lambda: key("Escape"))
+    click(x, y, button=1 if gnome else 3)
+    entry = wait_for(lambda: shell(
+        f"{ITEM} const entry = item.menu._getMenuItems().find(i => i.label?.text == 'Show Scores');"
+        "if (!item.menu.isOpen || !entry) return null;"
+        "const [ex, ey] = entry.get_transformed_position();"
+        "return {x: ex + entry.width / 2, y: ey + entry.height / 2};") if gnome else
+        (lambda menu: menu and {"x": menu[0] + 40, "y": menu[1] + 12})(plasma_menu()))
+    if opens('"Show Scores" in the shell\'s menu', lambda: entry and click(entry["x"], entry["y"])):
+        closes("a click on the desktop", lambda: click(300, 300))
+    if opens("a click on the item", lambda: click(x, y, times=2 if gnome else 1)):
+        click(x, y, button=3)
+        check("a right click on the item closes it and opens the shell's menu", wait_for(
+            lambda: popover() is None and (shell(f"{ITEM} return item.menu.isOpen;") if gnome
+                                           else plasma_menu()), 5))
+except Exception:  # noqa: BLE001 - a step that raises fails the run, with its trace
+    import traceback
+    traceback.print_exc()
+    desktop.failures.append("a step raised")
+finally:
+    desktop.finish()
