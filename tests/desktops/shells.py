@@ -57,6 +57,9 @@ def key(name):
 
 def picture(name):
     path = f"{output}/{session}-{name}.png"
+    if os.path.exists(path):
+        os.remove(path)  # the shell writes no picture over an old one
+    time.sleep(1)  # past the compositor's fade and the rows' slide: a picture, not a check
     if not gnome:
         return desktop.run("import", "-window", "root", path)
     shell(f"new imports.gi.Shell.Screenshot().screenshot(false, imports.gi.Gio.File.new_for_path("
