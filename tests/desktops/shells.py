@@ -138,6 +138,9 @@ try:
               "const T = imports.gi.Clutter.InputDeviceType;"
               "global.zelPointer = seat.create_virtual_device(T.POINTER_DEVICE);"
               "global.zelKeys = seat.create_virtual_device(T.KEYBOARD_DEVICE); return 1;")
+        check("the shell follows its virtual pointer", wait_for(lambda: shell(
+            f"{NOW} global.zelPointer.notify_absolute_motion(t, 17, 23);"
+            "const [px, py] = global.get_pointer(); return px == 17 && py == 23;")))
     if session == "gnome-wayland":
         # The app runs on the shell's Xwayland, as it does by default in a Wayland session.
         env["WAYLAND_DISPLAY"] = "zel-shell"
@@ -180,7 +183,9 @@ try:
         time.sleep(0.4)  # a click soon after a closing click counts as that click
         action()
         frame = wait_for(popover, 10)
-        return check(f"{what} opens the popover at the item ({frame})",
+        shown = desktop.windows("--name", "^Scores")
+        return check(f"{what} opens the popover at the item ({frame}; shown {shown}, active "
+                     f"{desktop.run('xdotool', 'getactivewindow')})",
                      frame == (int(x) - 190, edge, 380, 500))
 
     def closes(what, action):
