@@ -51,8 +51,8 @@ def start_sim(*more):
     process = desktop.start(simulator, "--port", port, "--scenario", "next-start-today",
                             "--start", AFTERNOON.isoformat(), "--ingest-log", ingest_log,
                             # no update on offer: the notifications are the match's
-                            "--announce-version", version, *more, output=subprocess.PIPE)
-    process.stdout.readline()
+                            "--announce-version", version, *more)
+    wait_for(lambda: sim("GET", "/api/matches/today"))
     return process
 
 
@@ -326,13 +326,13 @@ try:
     # windows itself; the popup still opens where the item asked. The ingest takes signals
     # again: what waited on disk goes, and three runs made one installation.
     desktop.env.pop("DISPLAY")
-    weston = desktop.start("weston", "--backend=headless-backend.so", "--xwayland",
-                           "--socket=zel-e2e", "--width=1280", "--height=800", "--idle-time=0",
-                           output=subprocess.PIPE, errors=subprocess.STDOUT)
-    log = ""
-    while not re.search(r"xserver listening on display (:\d+)", log):
-        log += weston.stdout.readline().decode()
-    desktop.env["DISPLAY"] = re.search(r"xserver listening on display (:\d+)", log).group(1)
+    # Its log goes to a file: a pipe nobody reads would stop the compositor once full.
+    weston_log = desktop.path("weston.log")
+    desktop.start("weston", "--backend=headless-backend.so", "--xwayland", "--socket=zel-e2e",
+                  "--width=1280", "--height=800", "--idle-time=0", output=open(weston_log, "w"),
+                  errors=subprocess.STDOUT)
+    desktop.env["DISPLAY"] = wait_for(lambda: (lambda found: found and found.group(1))(re.search(
+        r"xserver listening on display (:\d+)", open(weston_log).read())))
     sim("PUT", "/sim/ingest-status", "200")
     sent = len(batches())
     running, item = start_app_with_item()
