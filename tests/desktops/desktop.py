@@ -106,8 +106,9 @@ class Desktop:
                           tuple(int(shape[key]) for key in ("X", "Y", "WIDTH", "HEIGHT")), window))
         return found
 
-    def click(self, x, y, button=1):
-        self.run("xdotool", "mousemove", str(x), str(y), "click", str(button))
+    def click(self, x, y, button=1, times=1):
+        self.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(times),
+                 str(button))
 
     def key(self, name):
         self.run("xdotool", "key", name)

@@ -41,8 +41,7 @@ NOW = "const C = imports.gi.Clutter; const t = imports.gi.GLib.get_monotonic_tim
 def click(x, y, button=1, times=1):
     """On GNOME through the shell's own virtual pointer, which reaches its Wayland surfaces."""
     if not gnome:
-        return desktop.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat",
-                           str(times), str(button))
+        return desktop.click(x, y, button, times)
     shell(f"{NOW} global.zelPointer.notify_absolute_motion(t, {x}, {y});"
           f"for (let i = 0; i < {times}; ++i) {{ global.zelPointer.notify_button(t, {button}, 1);"
           f"global.zelPointer.notify_button(t, {button}, 0); }} return 1;")
