@@ -1,44 +1,47 @@
 #include "SerialWorker.h"
 
 #include <pthread.h>
-#include <string>
 
 SerialWorker::SerialWorker(const char *label)
-    : m_thread([this, label] { run(label); })
+    : m_label(std::string(label).substr(0, 15))
 {
 }
 
 SerialWorker::~SerialWorker()
 {
+    // Nothing posts any more, and the thread empties the queue before it ends.
+    std::thread last;
     {
         std::lock_guard locker(m_lock);
-        m_stopping = true;
+        last = std::move(m_thread);
     }
-    m_wake.notify_one();
-    m_thread.join();
+    if (last.joinable())
+        last.join();
 }
 
 void SerialWorker::post(std::function<void()> work)
 {
-    {
-        std::lock_guard locker(m_lock);
-        m_queue.push_back(std::move(work));
-    }
-    m_wake.notify_one();
+    std::lock_guard locker(m_lock);
+    m_queue.push_back(std::move(work));
+    if (m_running)
+        return;
+    // The last thread found the queue empty and has given up the lock for good.
+    if (m_thread.joinable())
+        m_thread.join();
+    m_running = true;
+    m_thread = std::thread([this] { run(); });
 }
 
-void SerialWorker::run(const char *label)
+void SerialWorker::run()
 {
-    pthread_setname_np(pthread_self(), std::string(label).substr(0, 15).c_str());
+    pthread_setname_np(pthread_self(), m_label.c_str());
     std::unique_lock locker(m_lock);
-    for (;;) {
-        m_wake.wait(locker, [this] { return m_stopping || !m_queue.empty(); });
-        if (m_queue.empty())
-            return; // stopping, and nothing left
+    while (!m_queue.empty()) {
         std::function<void()> work = std::move(m_queue.front());
         m_queue.pop_front();
         locker.unlock();
         work();
         locker.lock();
     }
+    m_running = false;
 }

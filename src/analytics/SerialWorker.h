@@ -1,13 +1,14 @@
 #pragma once
 
-#include <condition_variable>
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <string>
 #include <thread>
 
-// A thread that runs the work given to it one piece at a time, in order. Its hand-offs use
-// standard primitives, which ThreadSanitizer sees (Qt's own are invisible to it).
+// Runs the work given to it one piece at a time, in order, on a thread that lives only while
+// there is work: the pieces come seconds or hours apart. Its hand-offs use standard primitives,
+// which ThreadSanitizer sees (Qt's own are invisible to it).
 class SerialWorker {
 public:
     // The thread is named after the label (cut to the system's 15 characters).
@@ -20,11 +21,11 @@ public:
     void post(std::function<void()> work);
 
 private:
-    void run(const char *label);
+    void run();
 
-    std::mutex m_lock; // guards the two below
-    std::condition_variable m_wake;
+    const std::string m_label;
+    std::mutex m_lock; // guards the three below
     std::deque<std::function<void()>> m_queue;
-    bool m_stopping = false;
+    bool m_running = false;
     std::thread m_thread;
 };

@@ -34,7 +34,6 @@ SignalSender::~SignalSender()
 
 void SignalSender::start()
 {
-    m_network = new QNetworkAccessManager(this);
     m_timer = new QTimer(this);
     connect(m_timer, &QTimer::timeout, this, &SignalSender::attemptToSendNextBatch);
     m_timer->start(sendIntervalMs);
@@ -67,6 +66,10 @@ void SignalSender::attemptToSendNextBatch()
     QNetworkRequest request(*m_serviceURL);
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     request.setTransferTimeout(transferTimeoutMs);
+    // Made for the batches under way and gone with the last of them: a manager keeps a thread
+    // of its own, and batches are minutes apart.
+    if (!m_network)
+        m_network = new QNetworkAccessManager(this);
     QNetworkReply *reply =
         m_network->post(request, QJsonDocument(records).toJson(QJsonDocument::Compact));
     m_inFlight.insert(reply, std::move(batch));
@@ -80,6 +83,10 @@ void SignalSender::attemptToSendNextBatch()
 void SignalSender::finished(QNetworkReply &reply, bool complete, const QByteArray &body)
 {
     const QList<SignalPostBody> batch = m_inFlight.take(&reply);
+    if (m_inFlight.isEmpty()) {
+        m_network->deleteLater();
+        m_network = nullptr;
+    }
     const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
     QString failure;
     if (!complete)

@@ -23,7 +23,6 @@ LogoWorker::LogoWorker(QString cacheDir, QObject *receiver)
         m_network = nullptr;
         m_waiting.clear();
     });
-    m_thread.start(QThread::LowPriority);
 }
 
 LogoWorker::~LogoWorker()
@@ -33,12 +32,22 @@ LogoWorker::~LogoWorker()
 
 void LogoWorker::stop()
 {
+    m_stopped = true;
     m_thread.quit();
     m_thread.wait();
 }
 
 void LogoWorker::submit(Job job)
 {
+    if (m_stopped)
+        return;
+    if (m_outstanding++ == 0) {
+        // The thread was told to end with nothing left to do, so the wait is short.
+        if (m_quitting)
+            m_thread.wait();
+        m_quitting = false;
+        m_thread.start(QThread::LowPriority);
+    }
     QMetaObject::invokeMethod(
         this, [this, job = std::move(job)]() mutable { run(std::move(job)); },
         Qt::QueuedConnection);
@@ -172,6 +181,17 @@ void LogoWorker::deliver(Job &job, std::optional<QImage> image, Failure failure)
 {
     QMetaObject::invokeMethod(
         m_receiver,
-        [done = std::move(job.done), image = std::move(image), failure] { done(image, failure); },
+        [this, done = std::move(job.done), image = std::move(image), failure] {
+            done(image, failure);
+            jobDelivered();
+        },
         Qt::QueuedConnection);
+}
+
+void LogoWorker::jobDelivered()
+{
+    if (--m_outstanding == 0 && !m_stopped) {
+        m_quitting = true;
+        m_thread.quit();
+    }
 }

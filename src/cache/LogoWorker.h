@@ -13,7 +13,9 @@ class QNetworkAccessManager;
 
 // The logo cache's background thread: for each logo, the disk first, then the network, then
 // decoding at badge size, then writing the file. Several downloads run at once, each bounded
-// in size and time, so that one slow or endless logo cannot hold up the others.
+// in size and time, so that one slow or endless logo cannot hold up the others. The thread, and
+// the network manager's own thread with it, run only while logos are outstanding: the app idles
+// for hours between the few moments it needs them.
 class LogoWorker : public QObject {
     Q_OBJECT
 
@@ -39,9 +41,10 @@ public:
 
     LogoWorker(QString cacheDir, QObject *receiver);
     ~LogoWorker() override;
-    // Drops waiting jobs and ends the thread at once; no download is waited for.
+    // Drops waiting jobs and ends the thread at once for good; no download is waited for.
     void stop();
 
+    // Called on the receiver's thread, like every call below but stop().
     void submit(Job job);
     // True when the key can safely name a file inside the cache folder.
     static bool isStorableKey(const QString &key);
@@ -56,9 +59,16 @@ private:
     void downloaded(Job job, QByteArray bytes);
     void deliver(Job &job, std::optional<QImage> image, Failure failure = Failure::Lasting);
 
+    void jobDelivered();
+
     const QString m_cacheDir;
     QObject *const m_receiver;
     QThread m_thread;
+    // Only touched on the receiver's thread: jobs submitted and not yet delivered, and whether
+    // the thread has been told to end.
+    int m_outstanding = 0;
+    bool m_quitting = false;
+    bool m_stopped = false;
     // Only touched on m_thread.
     QNetworkAccessManager *m_network = nullptr;
     std::deque<Job> m_waiting;

@@ -71,6 +71,17 @@ APIClient::~APIClient()
     qDeleteAll(findChildren<QNetworkReply *>(Qt::FindDirectChildrenOnly));
 }
 
+QThreadPool *APIClient::decodePool()
+{
+    static const std::unique_ptr<QThreadPool> pool = [] {
+        auto made = std::make_unique<QThreadPool>();
+        made->setMaxThreadCount(1);
+        made->setExpiryTimeout(3000);
+        return made;
+    }();
+    return pool.get();
+}
+
 void APIClient::fetchTodayMatches(MatchesCompletion completion)
 {
     fetchMatches(QStringLiteral("/api/matches/today"), std::move(completion));

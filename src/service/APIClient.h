@@ -10,6 +10,7 @@
 #include <QFutureWatcher>
 #include <QObject>
 #include <QtConcurrentRun>
+#include <QThreadPool>
 
 class QNetworkAccessManager;
 
@@ -69,13 +70,16 @@ public:
                 watcher->deleteLater();
                 completion(*watcher->result());
             });
-            watcher->setFuture(QtConcurrent::run([bytes = std::move(body).value()] {
+            watcher->setFuture(QtConcurrent::run(decodePool(), [bytes = std::move(body).value()] {
                 return std::optional(Record::fromJson(bytes));
             }));
         });
     }
 
     QString scorecardURL(qint64 matchID) const;
+    // One thread for every client's decoding, which ends soon after the last answer, and the
+    // parser's buffers with it: answers come half a minute or more apart.
+    static QThreadPool *decodePool();
 
     // The body of any 2xx answer of at most maximumBytes, with the same timeouts and error texts.
     void get(const QString &url, qint64 maximumBytes, Completion<QByteArray> completion);
