@@ -11,8 +11,14 @@
 #include <QPushButton>
 #include <QTextDocument>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace {
 Q_LOGGING_CATEGORY(lcTiming, "zel.timing", QtWarningMsg)
+
+constexpr std::chrono::seconds trimDelay{2};
 
 TodayViewModel::Setup stateSetup(const QString &serviceURL)
 {
@@ -76,6 +82,24 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
     connect(&m_popover, &PopoverWindow::shownAfter, this, [](qint64 nanoseconds) {
         qCDebug(lcTiming, "popover first frame %.2f ms after the click", nanoseconds / 1e6);
     });
+    trimAfterActivity();
+}
+
+void MenuBarController::trimAfterActivity()
+{
+#ifdef __GLIBC__
+    // glibc keeps what a load or the popover freed, in every thread's heap, until it is asked
+    // to give it back; the app then idles for minutes or hours.
+    m_trim.setSingleShot(true);
+    m_trim.setInterval(trimDelay);
+    connect(&m_trim, &QTimer::timeout, this, [] { malloc_trim(0); });
+    const auto settle = [this] { m_trim.start(); };
+    connect(&m_popover, &QWindow::visibleChanged, this, settle);
+    connect(&m_vm, &TodayViewModel::isLoadingChanged, this, settle);
+    connect(&m_vm, &TodayViewModel::isLoadingFixturesChanged, this, settle);
+    connect(&m_vm, &TodayViewModel::isLoadingResultsChanged, this, settle);
+    connect(&m_vm, &TodayViewModel::loadingScorecardsChanged, this, settle);
+#endif
 }
 
 void MenuBarController::showOfflineNote()

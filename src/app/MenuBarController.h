@@ -13,6 +13,7 @@
 #include "UpdateChecker.h"
 
 #include <QPointer>
+#include <QTimer>
 
 class QMessageBox;
 
@@ -59,6 +60,8 @@ private:
     void showUpdateResult(const UpdateCheck &result);
     void announceNewerVersion(const UpdateCheck &result);
     void showOfflineNote();
+    // Gives freed memory back to the system once the popover or a load has settled.
+    void trimAfterActivity();
 
     Setup m_setup;
     UpdateChecker &m_updater;
@@ -73,4 +76,5 @@ private:
     QPointer<QMessageBox> m_updateDialog;
     DesktopNotifier m_updateNotifier;
     QUrl m_announcedPage;
+    QTimer m_trim;
 };
