@@ -93,12 +93,13 @@ void MenuBarController::trimAfterActivity()
     m_trim.setSingleShot(true);
     m_trim.setInterval(trimDelay);
     connect(&m_trim, &QTimer::timeout, this, [] { malloc_trim(0); });
-    const auto settle = [this] { m_trim.start(); };
-    connect(&m_popover, &QWindow::visibleChanged, this, settle);
-    connect(&m_vm, &TodayViewModel::isLoadingChanged, this, settle);
-    connect(&m_vm, &TodayViewModel::isLoadingFixturesChanged, this, settle);
-    connect(&m_vm, &TodayViewModel::isLoadingResultsChanged, this, settle);
-    connect(&m_vm, &TodayViewModel::loadingScorecardsChanged, this, settle);
+    // The timer receives: the popover hides as the members go, and the timer goes first.
+    const auto settle = qOverload<>(&QTimer::start);
+    connect(&m_popover, &QWindow::visibleChanged, &m_trim, settle);
+    connect(&m_vm, &TodayViewModel::isLoadingChanged, &m_trim, settle);
+    connect(&m_vm, &TodayViewModel::isLoadingFixturesChanged, &m_trim, settle);
+    connect(&m_vm, &TodayViewModel::isLoadingResultsChanged, &m_trim, settle);
+    connect(&m_vm, &TodayViewModel::loadingScorecardsChanged, &m_trim, settle);
 #endif
 }
 
