@@ -6,11 +6,11 @@ Item {
     id: content
     required property PopoverController controller
     required property PopoverTab tab
-    property alias delegate: list.delegate
-    property bool sectioned: false
+    // The list's file, given the controller and the tab.
+    required property string listFile
     readonly property int shown: tab.content
     readonly property string message: tab.message
-    readonly property alias list: list
+    readonly property ListView list: lister.item ? (lister.item as MatchList).view : null
 
     CentreMessage {
         anchors.centerIn: parent
@@ -35,23 +35,16 @@ Item {
         }
     }
 
-    ListView {
-        id: list
-        // A tab out of sight holds no rows: they are made again, where they were, when it shows.
-        property real keptY: 0
+    // Made the first time the tab shows rows, so that a quiet day never loads a list or its rows.
+    Loader {
+        id: lister
         anchors.fill: parent
-        model: content.visible ? content.tab.model : null
-        onModelChanged: if (model) contentY = keptY
-        onContentYChanged: if (content.visible) keptY = contentY
+        active: false
         visible: content.shown === Popover.Content.List
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
-        keyNavigationEnabled: true
-        section.property: content.sectioned ? "sectionTitle" : ""
-        section.criteria: ViewSection.FullString
-        section.labelPositioning: ViewSection.InlineLabels | ViewSection.CurrentLabelAtStart
-        section.delegate: SectionHeader {}
+        Component.onCompleted: setSource(content.listFile,
+                                         {controller: content.controller, tab: content.tab})
     }
-
-    ScrollIndicator { flickable: list }
+    readonly property bool listing: visible && shown === Popover.Content.List
+    onListingChanged: if (listing) lister.active = true
+    Component.onCompleted: if (listing) lister.active = true
 }

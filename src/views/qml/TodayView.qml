@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Layouts
 import ZelMenuBar
 
 // The popover: header, the Results / Today / Fixtures switch, and the selected tab.
@@ -37,17 +36,18 @@ Rectangle {
     Keys.onReturnPressed: (event) => event.accepted = controller.retryIfFailed()
     Keys.onEnterPressed: (event) => event.accepted = controller.retryIfFailed()
 
-    ColumnLayout {
-        anchors.fill: parent
-        spacing: 0
+    Column {
+        id: top
+        width: parent.width
 
-        RowLayout {
-            Layout.fillWidth: true
-            Layout.leftMargin: 14
-            Layout.rightMargin: 14
-            Layout.topMargin: 10
-            Layout.bottomMargin: 10
+        Item {
+            width: parent.width
+            height: Math.max(titles.implicitHeight, actions.implicitHeight) + 20
             Column {
+                id: titles
+                anchors.left: parent.left
+                anchors.leftMargin: 14
+                anchors.verticalCenter: parent.verticalCenter
                 spacing: 1
                 Text {
                     textFormat: Text.PlainText
@@ -65,104 +65,109 @@ Rectangle {
                     color: Theme.secondary
                 }
             }
-            Item { Layout.fillWidth: true }
-            Text {
-                textFormat: Text.PlainText
-                visible: text !== ""
-                objectName: "updatedLabel"
-                text: root.controller.updatedLabel
-                // The reason offline is more than a hover tip: a screen reader reads it too.
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-                Accessible.description: root.controller.offlineReason
-                font.pixelSize: 10
-                color: Theme.secondary
-                HoverTip { text: root.controller.offlineReason }
-            }
-            PushButton {
-                objectName: "refreshButton"
-                flat: true
-                symbol: "arrow.clockwise"
-                text: qsTr("Refresh")
-                onClicked: root.controller.refresh()
-                HoverTip { text: qsTr("Refresh") }
-            }
-            PushButton {
-                objectName: "settingsButton"
-                visible: root.controller.settings !== null
-                flat: true
-                symbol: "gearshape"
-                text: qsTr("Settings")
-                onClicked: root.controller.settingsOpen = !root.controller.settingsOpen
-                HoverTip { text: qsTr("Settings") }
-            }
-        }
-
-        Divider { Layout.fillWidth: true }
-
-        Loader {
-            objectName: "settingsPage"
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            visible: active
-            active: root.controller.settingsOpen
-            // Given by URL with its properties, so that the page is built only when opened.
-            Component.onCompleted: setSource("SettingsPage.qml", {settings: root.controller.settings})
-            onLoaded: {
-                const page = item as SettingsPage
-                page.backRequested.connect(() => root.controller.settingsOpen = false)
-                page.forceActiveFocus()
-            }
-            onActiveChanged: if (!active) root.forceActiveFocus()
-        }
-
-        SegmentedBar {
-            visible: !root.controller.settingsOpen
-            objectName: "tabBar"
-            Layout.fillWidth: true
-            Layout.leftMargin: 14
-            Layout.rightMargin: 14
-            Layout.topMargin: 8
-            Layout.bottomMargin: 8
-            labels: root.controller.tabLabels
-            currentIndex: root.controller.activeTab
-            onActivated: index => root.controller.activeTab = index
-        }
-
-        Divider { Layout.fillWidth: true; visible: !root.controller.settingsOpen }
-
-        StackLayout {
-            visible: !root.controller.settingsOpen
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            currentIndex: root.controller.activeTab
-
-            TabContent {
-                objectName: "resultsTab"
-                controller: root.controller
-                tab: root.controller.resultsTab
-                sectioned: true
-                delegate: ResultRow {
-                    controller: root.controller
-                    rows: root.controller.resultsTab.model
+            Row {
+                id: actions
+                anchors.right: parent.right
+                anchors.rightMargin: 14
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 5
+                Text {
+                    textFormat: Text.PlainText
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: text !== ""
+                    objectName: "updatedLabel"
+                    text: root.controller.updatedLabel
+                    // The reason offline is more than a hover tip: a screen reader reads it too.
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                    Accessible.description: root.controller.offlineReason
+                    font.pixelSize: 10
+                    color: Theme.secondary
+                    HoverTip { text: root.controller.offlineReason }
+                }
+                PushButton {
+                    objectName: "refreshButton"
+                    flat: true
+                    symbol: "arrow.clockwise"
+                    text: qsTr("Refresh")
+                    onClicked: root.controller.refresh()
+                    HoverTip { text: qsTr("Refresh") }
+                }
+                PushButton {
+                    objectName: "settingsButton"
+                    visible: root.controller.settings !== null
+                    flat: true
+                    symbol: "gearshape"
+                    text: qsTr("Settings")
+                    onClicked: root.controller.settingsOpen = !root.controller.settingsOpen
+                    HoverTip { text: qsTr("Settings") }
                 }
             }
-            TabContent {
-                objectName: "todayTab"
-                controller: root.controller
-                tab: root.controller.todayTab
-                delegate: MatchRow {
-                    controller: root.controller
-                    rows: root.controller.todayTab.model
-                }
+        }
+
+        Divider {}
+
+        Item {
+            visible: !root.controller.settingsOpen
+            width: parent.width
+            height: tabBar.implicitHeight + 16
+            SegmentedBar {
+                id: tabBar
+                objectName: "tabBar"
+                x: 14
+                y: 8
+                width: parent.width - 28
+                labels: root.controller.tabLabels
+                currentIndex: root.controller.activeTab
+                onActivated: index => root.controller.activeTab = index
             }
-            TabContent {
-                objectName: "fixturesTab"
-                controller: root.controller
-                tab: root.controller.fixturesTab
-                sectioned: true
-                delegate: FixtureRow {}
-            }
+        }
+
+        Divider { visible: !root.controller.settingsOpen }
+    }
+
+    Loader {
+        objectName: "settingsPage"
+        anchors { top: top.bottom; left: parent.left; right: parent.right; bottom: parent.bottom }
+        visible: active
+        active: root.controller.settingsOpen
+        // Given by URL with its properties, so that the page is built only when opened.
+        Component.onCompleted: setSource("SettingsPage.qml", {settings: root.controller.settings})
+        onLoaded: {
+            const page = item as SettingsPage
+            page.backRequested.connect(() => root.controller.settingsOpen = false)
+            page.forceActiveFocus()
+        }
+        onActiveChanged: if (!active) root.forceActiveFocus()
+    }
+
+    Item {
+        visible: !root.controller.settingsOpen
+        anchors { top: top.bottom; left: parent.left; right: parent.right; bottom: parent.bottom }
+
+        TabContent {
+            objectName: "resultsTab"
+            anchors.fill: parent
+            visible: root.controller.activeTab === Popover.Tab.Results
+            controller: root.controller
+            tab: root.controller.resultsTab
+            listFile: "ResultList.qml"
+        }
+        TabContent {
+            objectName: "todayTab"
+            anchors.fill: parent
+            visible: root.controller.activeTab === Popover.Tab.Today
+            controller: root.controller
+            tab: root.controller.todayTab
+            listFile: "TodayList.qml"
+        }
+        TabContent {
+            objectName: "fixturesTab"
+            anchors.fill: parent
+            visible: root.controller.activeTab === Popover.Tab.Fixtures
+            controller: root.controller
+            tab: root.controller.fixturesTab
+            listFile: "FixtureList.qml"
         }
     }
 

@@ -1,0 +1,7 @@
+import QtQuick
+import ZelMenuBar
+
+MatchList {
+    sectioned: true
+    delegate: FixtureRow {}
+}

@@ -1,0 +1,13 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import ZelMenuBar
+
+MatchList {
+    id: list
+    sectioned: true
+    delegate: ResultRow {
+        controller: list.controller
+        rows: list.tab.model
+    }
+}

@@ -1,0 +1,12 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import ZelMenuBar
+
+MatchList {
+    id: list
+    delegate: MatchRow {
+        controller: list.controller
+        rows: list.tab.model
+    }
+}
