@@ -141,33 +141,46 @@ Rectangle {
         onActiveChanged: if (!active) root.forceActiveFocus()
     }
 
+    // A tab is made the first time it shows, so that a day spent on one tab never makes the others.
     Item {
         visible: !root.controller.settingsOpen
         anchors { top: top.bottom; left: parent.left; right: parent.right; bottom: parent.bottom }
 
-        TabContent {
-            objectName: "resultsTab"
+        Loader {
             anchors.fill: parent
+            active: false
             visible: root.controller.activeTab === Popover.Tab.Results
-            controller: root.controller
-            tab: root.controller.resultsTab
-            listFile: "ResultList.qml"
+            onVisibleChanged: if (visible) active = true
+            Component.onCompleted: {
+                setSource("TabContent.qml", {objectName: "resultsTab", controller: root.controller,
+                                             tab: root.controller.resultsTab, listFile: "ResultList.qml"})
+                if (visible)
+                    active = true
+            }
         }
-        TabContent {
-            objectName: "todayTab"
+        Loader {
             anchors.fill: parent
+            active: false
             visible: root.controller.activeTab === Popover.Tab.Today
-            controller: root.controller
-            tab: root.controller.todayTab
-            listFile: "TodayList.qml"
+            onVisibleChanged: if (visible) active = true
+            Component.onCompleted: {
+                setSource("TabContent.qml", {objectName: "todayTab", controller: root.controller,
+                                             tab: root.controller.todayTab, listFile: "TodayList.qml"})
+                if (visible)
+                    active = true
+            }
         }
-        TabContent {
-            objectName: "fixturesTab"
+        Loader {
             anchors.fill: parent
+            active: false
             visible: root.controller.activeTab === Popover.Tab.Fixtures
-            controller: root.controller
-            tab: root.controller.fixturesTab
-            listFile: "FixtureList.qml"
+            onVisibleChanged: if (visible) active = true
+            Component.onCompleted: {
+                setSource("TabContent.qml", {objectName: "fixturesTab", controller: root.controller,
+                                             tab: root.controller.fixturesTab, listFile: "FixtureList.qml"})
+                if (visible)
+                    active = true
+            }
         }
     }
 
