@@ -70,7 +70,12 @@ int AppDelegate::run(int argc, char *argv[], const Setup &setup)
     QApplication::setDesktopFileName(QStringLiteral("example.zel.MenuBar"));
     // Closing the update dialog must not end a program that has no main window.
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/zel-menubar.svg")));
+    // Drawn once at the sizes window managers ask for: a QIcon of the SVG file would load the
+    // SVG icon engine and draw again at every size asked.
+    QIcon windowIcon;
+    for (const int side : {16, 32, 64})
+        windowIcon.addPixmap(QPixmap::fromImage(StatusIconArt::bat(side)));
+    QApplication::setWindowIcon(windowIcon);
     QTranslator translator;
     if (translator.load(QLocale(), QStringLiteral("zel-menubar"), QStringLiteral("_"),
                         QStringLiteral(":/i18n")))
