@@ -13,6 +13,9 @@ int main(int argc, char *argv[])
     // given back. Fixed thresholds keep large buffers mapped and returned when freed.
     mallopt(M_MMAP_THRESHOLD, 128 * 1024);
     mallopt(M_TRIM_THRESHOLD, 256 * 1024);
+    // A heap per thread (glibc's default) keeps what each short-lived worker left behind, in
+    // many half-used heaps; an app that is idle nearly all day needs no spare heaps.
+    mallopt(M_ARENA_MAX, 1);
 #endif
     std::optional<AppDelegate::Analytics> analytics;
     if (ZelConfig::analytics)
