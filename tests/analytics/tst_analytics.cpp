@@ -3,6 +3,7 @@
 #include "DesktopAccessibility.h"
 #include "DurationSignalTracker.h"
 #include "FixtureServer.h"
+#include "SerialWorker.h"
 #include "SessionManager.h"
 #include "SettingsPortal.h"
 #include "SignalManager.h"
@@ -27,6 +28,11 @@ using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+uint threads()
+{
+    return QDir(u"/proc/self/task"_s).count();
+}
 
 // What the client logged, from any thread.
 class LogLines {
@@ -469,6 +475,7 @@ private slots:
     void sendsTheOldestHundred()
     {
         SignalManager manager(configuration());
+        const uint idle = threads();
         for (int n = 0; n < 250; ++n)
             manager.signalCache().push(record(n));
         manager.attemptToSendNextBatchOfCachedSignals();
@@ -481,6 +488,27 @@ private slots:
         QVERIFY(!batch[0].toObject().contains(u"floatValue"_s));
         QCOMPARE(batch[1][u"floatValue"_s].toDouble(), 0.5);
         QCOMPARE(manager.signalCache().count(), 150);
+        QTRY_VERIFY2(threads() <= idle, "the network manager's thread goes with its last batch");
+    }
+
+    // Runs its work in order, on a thread that lives only while there is work.
+    void serialWorkRunsInOrderWhileThereIsWork()
+    {
+        const uint idle = threads();
+        QList<int> done;
+        {
+            SerialWorker worker("test");
+            for (int round = 0; round < 2; ++round) {
+                for (int n = 0; n < 50; ++n)
+                    worker.post([&done, n] { done.append(n); });
+                QTRY_VERIFY(threads() <= idle);
+            }
+            worker.post([&done] { done.append(-1); });
+        }
+        QCOMPARE(done.size(), 101);
+        QCOMPARE(done.last(), -1);
+        for (int n = 0; n < 100; ++n)
+            QCOMPARE(done[n], n % 50);
     }
 
     void refusedBatchesComeBackBehindNewerRecords_data()

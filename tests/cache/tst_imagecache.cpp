@@ -281,6 +281,18 @@ private slots:
         QVERIFY(second.contains("e.svg"));
     }
 
+    // The worker's thread, and its network manager's, run only while logos are outstanding.
+    void threadsRunOnlyWhileLogosAreOutstanding()
+    {
+        const auto threads = [] { return QDir(u"/proc/self/task"_s).count(); };
+        const uint idle = threads();
+        ImageCache cache(m_folder);
+        for (const QString &path : {u"/logos/f.png"_s, u"/logos/g.png"_s}) {
+            QVERIFY(prefetched(cache, {url(path)}));
+            QTRY_VERIFY(threads() <= idle);
+        }
+    }
+
     void destroyingMidDownloadDoesNotWait()
     {
         m_server->script("/logos/slow.png", {200, encoded("PNG"), std::chrono::seconds(20)});

@@ -162,6 +162,13 @@ private slots:
     // Every view file, with data that reaches each of its parts, and not one QML warning.
     void everyViewShowsItsData()
     {
+        // Each tab is made when first chosen, and its list when it first has rows to show.
+        QVERIFY(!tab("resultsTab") && !tab("fixturesTab"));
+        m_popover->setActiveTab(Popover::Tab::Fixtures);
+        QTRY_VERIFY(tab("fixturesTab"));
+        QVERIFY(!tab("fixturesTab")->property("list").value<QQuickItem *>());
+        m_popover->setActiveTab(Popover::Tab::Today);
+
         m_server->script("/api/matches/7/scorecard", {200, card});
         m_server->script("/api/matches/8/scorecard", {200, finishedCard});
         m_server->script("/api/matches/31/scorecard", {200, finishedCard});
