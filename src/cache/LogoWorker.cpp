@@ -42,10 +42,8 @@ void LogoWorker::submit(Job job)
     if (m_stopped)
         return;
     if (m_outstanding++ == 0) {
-        // The thread was told to end with nothing left to do, so the wait is short.
-        if (m_quitting)
-            m_thread.wait();
-        m_quitting = false;
+        // Told to end with nothing left to do, or never started: the wait is short.
+        m_thread.wait();
         m_thread.start(QThread::LowPriority);
     }
     QMetaObject::invokeMethod(
@@ -190,8 +188,6 @@ void LogoWorker::deliver(Job &job, std::optional<QImage> image, Failure failure)
 
 void LogoWorker::jobDelivered()
 {
-    if (--m_outstanding == 0 && !m_stopped) {
-        m_quitting = true;
+    if (--m_outstanding == 0 && !m_stopped)
         m_thread.quit();
-    }
 }

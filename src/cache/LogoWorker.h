@@ -65,9 +65,8 @@ private:
     QObject *const m_receiver;
     QThread m_thread;
     // Only touched on the receiver's thread: jobs submitted and not yet delivered, and whether
-    // the thread has been told to end.
+    // the thread has ended for good.
     int m_outstanding = 0;
-    bool m_quitting = false;
     bool m_stopped = false;
     // Only touched on m_thread.
     QNetworkAccessManager *m_network = nullptr;
