@@ -88,8 +88,8 @@ MenuBarController::MenuBarController(Setup setup, UpdateChecker &updater, QObjec
 void MenuBarController::trimAfterActivity()
 {
 #ifdef __GLIBC__
-    // glibc keeps what a load or the popover freed, in every thread's heap, until it is asked
-    // to give it back; the app then idles for minutes or hours.
+    // glibc keeps what a load or the popover freed until it is asked to give it back; the app
+    // then idles for minutes or hours.
     m_trim.setSingleShot(true);
     m_trim.setInterval(trimDelay);
     connect(&m_trim, &QTimer::timeout, this, [] { malloc_trim(0); });
