@@ -1,4 +1,5 @@
 #include "AppcastFeed.h"
+#include "AppDelegate.h"
 #include "DBusMenuExporter.h"
 #include "DesktopNotifier.h"
 #include "FixtureServer.h"
@@ -9,6 +10,7 @@
 #include "SingleInstance.h"
 #include "StatusIconArt.h"
 #include "StatusNotifierItem.h"
+#include "TelemetryManagerConfiguration.h"
 #include "UpdateChecker.h"
 
 #include <csignal>
@@ -159,6 +161,27 @@ private slots:
         const QPoint placed = PopoverWindow::placement(at, PopoverWindow::size, available);
         QTEST(placed, "expected");
         QVERIFY(available.width() < 380 || available.contains(QRect(placed, PopoverWindow::size)));
+    }
+
+    // The convention across tools: DO_NOT_TRACK=1 and nothing is reported.
+    void doNotTrack_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("disabled");
+        QTest::newRow("1") << u"1"_s << true;
+        QTest::newRow("0") << u"0"_s << false;
+        QTest::newRow("unset") << QString() << false;
+    }
+
+    void doNotTrack()
+    {
+        QFETCH(QString, value);
+        QProcessEnvironment environment;
+        if (!value.isNull())
+            environment.insert(u"DO_NOT_TRACK"_s, value);
+        const auto configuration = AppDelegate::analyticsConfiguration(
+            {u"http://127.0.0.1:9/"_s, u"APP"_s, {}, u"1"_s}, u"1.0.0"_s, environment);
+        QTEST(configuration->analyticsDisabled.get(), "disabled");
     }
 
     // Hosts that draw no label show only the icon: it carries the state, as the tray icon does.
