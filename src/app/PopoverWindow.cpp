@@ -42,9 +42,14 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
     });
     connect(&m_shield, &ClickAwayShield::clicked, this, &PopoverWindow::closeAway);
     // A click on another window, on the desktop or on a shell's own bar or menu takes the focus.
+    // While the popover holds the grabs, they see every click and key: weston hands the X focus
+    // back to its own window moments after the popover takes it, and that is no click away. The
+    // keys still come to the popover, so its items keep their focus.
     connect(this, &QWindow::activeChanged, this, [this] {
         if (isActive())
             m_activeSinceShow = true;
+        else if (isVisible() && m_activeSinceShow && m_grabs)
+            contentItem()->setFocus(true);
         else if (isVisible() && m_activeSinceShow)
             closeAway();
     });

@@ -8,12 +8,19 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-// The application itself, built against a league simulator (and its analytics ingest) on a
-// fixed loopback port. With --expected-title it prints the title a fresh state object computes
+// The application itself, against the league simulator (and its analytics ingest) that the test
+// started: its origin comes in ZEL_E2E_ORIGIN, as the test learns the port only once the
+// simulator listens. With --expected-title it prints the title a fresh state object computes
 // from the simulator right now, and quits.
 int main(int argc, char *argv[])
 {
-    const QString origin = QStringLiteral(ZEL_E2E_ORIGIN);
+    const QString origin = qEnvironmentVariable("ZEL_E2E_ORIGIN");
+    if (!origin.startsWith(u"http://127.0.0.1:"_s)) {
+        std::fputs("zel-menubar-e2e: ZEL_E2E_ORIGIN must name the test's simulator on loopback, "
+                   "such as http://127.0.0.1:8765\n",
+                   stderr);
+        return 2;
+    }
     if (argc == 2 && QByteArrayView(argv[1]) == "--expected-title") {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         QGuiApplication application(argc, argv);

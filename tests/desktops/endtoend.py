@@ -3,7 +3,7 @@
 then a StatusNotifierWatcher on the session bus (run this under dbus-run-session), dunst, the
 accessibility bus and weston, the league simulator on loopback, keys and clicks from xdotool.
 
-Usage: endtoend.py APP SIMULATOR PORT VERSION OUTPUT_FOLDER
+Usage: endtoend.py APP SIMULATOR VERSION OUTPUT_FOLDER
 """
 import datetime
 import json
@@ -16,14 +16,16 @@ import time
 import traceback
 import urllib.request
 
-from desktop import (Desktop, StatusItem, call, enable_accessibility, publish_portal,
-                     register_host, registered_item, wait_for, watch_labels)
+from desktop import (GAP, SHORTEST_SESSION_SECONDS, Desktop, StatusItem, call, enable_accessibility, misplaced,
+                     publish_portal, register_host, registered_item, wait_for, wait_steady,
+                     wait_until, watch_labels)
 from gi.repository import GLib
 
-app, simulator, port, version, output = sys.argv[1:6]
+app, simulator, version, output = sys.argv[1:5]
 here = os.path.dirname(os.path.abspath(__file__))
 desktop = Desktop("endtoend")
-check, origin = desktop.check, f"http://127.0.0.1:{port}"
+check = desktop.check
+origin, port = "", 0
 AFTERNOON = datetime.datetime.fromisoformat("2026-11-22T14:00:00+05:30")
 BAT = "\U0001F3CF"
 ingest_log = desktop.path("ingest.jsonl")
@@ -48,17 +50,22 @@ def match_at(moment):
 
 
 def start_sim(*more):
-    process = desktop.start(simulator, "--port", port, "--scenario", "next-start-today",
-                            "--start", AFTERNOON.isoformat(), "--ingest-log", ingest_log,
-                            # no update on offer: the notifications are the match's
-                            "--announce-version", version, *more)
-    wait_for(lambda: sim("GET", "/api/matches/today"))
+    """The simulator, back on its first port when it comes back: the running app knows that."""
+    global origin, port
+    process, origin, port = desktop.start_simulator(
+        simulator, "--scenario", "next-start-today", "--start", AFTERNOON.isoformat(),
+        "--ingest-log", ingest_log,
+        # no update on offer: the notifications are the match's
+        "--announce-version", version, *more, port=port)
     return process
 
 
 def stored(key):
     """A value of the app's own analytics store (of its identifier, which a default build sends)."""
-    with open(desktop.path("config/ZelMenuBar/seprior.64a5b131124f")) as store:
+    path = desktop.path("config/ZelMenuBar/seprior.64a5b131124f")
+    if not os.path.exists(path):
+        return ""
+    with open(path) as store:
         found = re.search(rf'^{key}="?(@ByteArray\()?(.*?)\)?"?$', store.read(), re.M)
     return found.group(2).replace('\\"', '"') if found else ""
 
@@ -74,7 +81,8 @@ def tray_icon():
 
 
 def popover_becomes(shown):
-    return wait_for(lambda: (popover() is not None) == shown) is not None
+    changed = wait_for(lambda: (popover() is not None) == shown) is not None
+    return desktop.closed(changed) if not shown else changed
 
 
 def quits_cleanly(process):
@@ -117,11 +125,12 @@ def start_app_with_item():
     previous = registered_item()
     process = desktop.start(app)
     name = wait_for(lambda: registered_item() not in (None, previous) and registered_item())
-    return process, StatusItem(name)
+    check("the app's item registers", name)
+    return process, StatusItem(name or "org.kde.StatusNotifierItem-none")
 
 
-def activate_to(item, shown):
-    item.activate()
+def activate_to(item, shown, x=600):
+    item.activate(x, 30)
     return popover_becomes(shown)
 
 
@@ -153,7 +162,7 @@ try:
                                        .get("firstSummary"))):
         wicket += datetime.timedelta(minutes=2)
     end = start + datetime.timedelta(hours=5)
-    check("the simulator's match ends by the evening", match_at(end)["status"] == "finished")
+    check("the simulator's match ends by the evening", match_at(end).get("status") == "finished")
     match_at(AFTERNOON)
     # Every alert on for the favourite's matches.
     os.makedirs(desktop.path("config/ZelMenuBar"))
@@ -168,21 +177,25 @@ try:
                            "--height", "24")
     first = desktop.start(app)
     icon = wait_for(tray_icon)
+    check(f"trayer shows the tray icon ({icon})", icon)
+    icon = icon or (0, 0, 0, 0)
     centre = (icon[0] + icon[2] // 2, icon[1] + icon[3] // 2)
+    # trayer sits at the screen's right end: the popover keeps to the screen there.
     for closer, close in (("the icon", lambda: desktop.click(*centre)),
                           ("a click elsewhere", lambda: desktop.click(200, 600)),
                           ("Escape", lambda: desktop.key("Escape"))):
-        time.sleep(0.4)  # a click soon after a closing click would count as that click
+        desktop.past_same_click()
         desktop.click(*centre)
         frame = wait_for(popover)
-        check(f"the icon opens the popover under it, on screen ({frame})",
-              frame and frame[2:] == (380, 500) and frame[1] >= icon[1] + icon[3]
-              and frame[0] + 380 <= 1280 and frame[1] + 500 <= 800)
+        wrong = misplaced(frame, centre[0], icon[1] + icon[3] + GAP)
+        check(f"the icon opens the popover at it ({frame}{': ' if wrong else ''}{wrong})",
+              not wrong)
         close()
         check(f"{closer} closes it", popover_becomes(False))
     second = desktop.start(app)
     check("a second launch shows the running copy's popover and steps aside",
           quits_cleanly(second) and popover_becomes(True))
+    wait_until(time.monotonic() + SHORTEST_SESSION_SECONDS)  # a session the store keeps
     desktop.key("Escape")
     popover_becomes(False)
 
@@ -195,7 +208,7 @@ try:
     label = wait_for(lambda: item.get("XAyatanaLabel"))
     check("the item names itself and shows the title as its label and tool tip",
           [item.get("Title"), item.get("ItemIsMenu"), item.get("IconName"),
-           item.get("ToolTip")[2]] == ["Zel Menu Bar", False, "zel-menubar", f"{BAT}  {label}"])
+           item.tool_tip()] == ["Zel Menu Bar", False, "zel-menubar", f"{BAT}  {label}"])
 
     # The simulator's clock moves on between reloads (F5 in the popover): the toss, a wicket
     # and the result reach dunst, and a click on the result opens today's matches.
@@ -225,7 +238,7 @@ try:
     expected = wait_for(lambda: (lambda title: f"{BAT}  {item.get('XAyatanaLabel')}" == title
                                  and title)(desktop.run(app, "--expected-title")), 45)
     check(f"label and tool tip follow the score ({expected})",
-          expected and item.get("ToolTip")[2] == expected and labels[-1:] == [expected[3:]])
+          expected and item.tool_tip() == expected and labels[-1:] == [expected[3:]])
     # Opened by going live, the row says so as one the user opened would.
     check("the live row is described Expanded", wait_for(
         lambda: re.search(r"\tlist item\tLive: [^\t]+\t[^\t]*\tExpanded\n", tree())))
@@ -234,8 +247,9 @@ try:
     # The watcher goes: the tray icon is back, and its menu quits. The first run's signals have
     # reached the ingest: one new installation, on a desktop that said what it asks for.
     desktop.stop(watcher)
-    icon = wait_for(tray_icon)
-    wait_for(batches)
+    icon = wait_for(tray_icon) or (0, 0, 0, 0)
+    # An analytics batch waits for the sender's next turn, every 10 s, later on a busy machine.
+    wait_for(batches, 60)
     today = datetime.date.today().isoformat()
     check("the first signals are the launch, the new installation and its session",
           types()[:3] == ["app.launched", "TelemetryDeck.Acquisition.newInstallDetected",
@@ -245,11 +259,11 @@ try:
         record["payload"]["TelemetryDeck.Accessibility.isReduceMotionEnabled"] == "true" and
         record["payload"]["TelemetryDeck.Accessibility.isInvertColorsEnabled"] == "true" and
         record["payload"]["TelemetryDeck.Acquisition.firstSessionDate"] == today
-        for record in batches()[0]))
+        for record in (batches() or [[{}]])[0]))
     desktop.click(icon[0] + icon[2] // 2, icon[1] + icon[3] // 2, 3)
     menu = wait_for(lambda: next((frame for name, frame, _ in desktop.windows(
         "--classname", "^zel-menubar-e2e$") if not name.startswith("Scores") and frame[3] > 64),
-        None), 5)
+        None)) or (0, 0, 0, 0)
     desktop.click(menu[0] + 40, menu[1] + menu[3] - 10)  # "Quit Zel Menu Bar", the last entry
     check("the tray icon's menu quits", quits_cleanly(first))
     check("the first day is stored", stored("firstSessionDate") == today)
@@ -262,21 +276,22 @@ try:
     register_host(watcher)
     running, item = start_app_with_item()
     activate_to(item, True)
+    wait_until(time.monotonic() + SHORTEST_SESSION_SECONDS)
     check("a start with the service down offers Retry",
-          wait_for(lambda: "\tpush button\tRetry\t" in tree(), 20))
+          wait_for(lambda: "\tpush button\tRetry\t" in tree()))
     desktop.run("import", "-window", "root", f"{output}/e2e-service-failure.png")
-    check("and shows no title", item.get("XAyatanaLabel") == "" and item.get("ToolTip")[2] == BAT)
+    check("and shows no title", item.get("XAyatanaLabel") == "" and item.tool_tip() == BAT)
     first_run_batches = len(batches())
     league = start_sim("--ingest-status", "500")
     match_at(end)
     desktop.key("Return")
-    check("Return retries", wait_for(lambda: item.get("XAyatanaLabel"), 10))
+    check("Return retries", wait_for(lambda: item.get("XAyatanaLabel")))
     check("a match over before the start is not news", len(notifications()) == 3)
 
     # A screen reader finds the open popover, its controls and the finished match's scorecard.
     # A row says its state in a word and the match in a sentence, and whether it is open.
     shown = wait_for(lambda: (lambda text: re.search(
-        r"\tlist item\tResult: [^\t]+\t[^\t]*\tCollapsed\n", text) and text)(tree()), 20) or ""
+        r"\tlist item\tResult: [^\t]+\t[^\t]*\tCollapsed\n", text) and text)(tree())) or ""
     check("the reader finds the frame, Refresh, the tabs, the heading and a logo", all(
         part in shown for part in ("1\tframe\tScores\t", "\tpush button\tRefresh\t",
                                    "\tpage tab list\t", f"\theading\t{BAT}  Zel ")) and
@@ -291,7 +306,7 @@ try:
     heard = []
     for _ in range(2):
         desktop.key("Tab")
-        heard.append(wait_for(lambda: focused() not in heard and focused(), 5))
+        heard.append(wait_for(lambda: focused() not in heard and focused()))
     check(f"Tab reaches Refresh and Settings ({heard})",
           heard == ["push button\tRefresh", "push button\tSettings"])
     # On through the tabs to the result, which Space opens into a table of named columns.
@@ -300,7 +315,7 @@ try:
             break
         before = focused()
         desktop.key("Tab")
-        wait_for(lambda: focused() != before, 5)
+        wait_for(lambda: focused() != before)
     check("Tab reaches the result", focused().startswith("list item\tResult: "))
     desktop.key("space")
     card = wait_for(lambda: (lambda text: re.search(
@@ -311,16 +326,17 @@ try:
           re.search(r"\ttable row\t[^\t,]+, Runs \d+, Balls \d+, Fours \d+, Sixes \d+, "
                     r"Strike rate ", card))
     desktop.key("Tab")
-    check("the innings switch is next", wait_for(lambda: focused() == "page tab list\t", 5))
+    check("the innings switch is next", wait_for(lambda: focused() == "page tab list\t"))
     desktop.key("Right")
     check("Right picks the second innings", wait_for(
-        lambda: re.search(r"\tpage tab\t2nd [^\t]*\t[^\t]*,selected,", tree()), 5))
+        lambda: re.search(r"\tpage tab\t2nd [^\t]*\t[^\t]*,selected,", tree())))
 
     # SIGTERM is an ordinary quit; the signals the ingest refused wait on disk.
     running.send_signal(signal.SIGTERM)
-    check("SIGTERM quits cleanly, and the refused signals wait on disk",
-          quits_cleanly(running) and os.path.exists(cache_file)
-          and len(batches()) == first_run_batches)
+    check("SIGTERM quits cleanly, the refused signals wait on disk and both runs' sessions are "
+          "stored", quits_cleanly(running) and os.path.exists(cache_file)
+          and len(batches()) == first_run_batches
+          and len(json.loads(stored("recentSessions") or "[]")) == 2)
 
     # Under a Wayland compositor the app runs on Xwayland, whose window manager places ordinary
     # windows itself; the popup still opens where the item asked. The ingest takes signals
@@ -336,10 +352,16 @@ try:
     sim("PUT", "/sim/ingest-status", "200")
     sent = len(batches())
     running, item = start_app_with_item()
-    check("under weston the popover opens where the item asked (600, 30)",
-          activate_to(item, True) and popover() == (600 - 190, 30 + 1 + 4, 380, 500))
-    desktop.key("Escape")
-    check("Escape closes it", popover_becomes(False))
+    # A panel's click is a point: the popover hangs a gap below it, and keeps to the screen near
+    # its end.
+    for x in (600, 1270):
+        opened = activate_to(item, True, x)
+        frame = wait_steady(popover)
+        wrong = misplaced(frame, x, 30 + 1 + GAP)
+        check(f"under weston the popover opens where the item asked ({x}, 30) "
+              f"({frame}{': ' if wrong else ''}{wrong})", opened and not wrong)
+        desktop.key("Escape")
+        check("Escape closes it", popover_becomes(False))
     check("and the item opens and closes it again",
           activate_to(item, True) and activate_to(item, False))
     kinds = ("TelemetryDeck.Acquisition.newInstallDetected", "app.launched",
@@ -347,11 +369,10 @@ try:
     counts = wait_for(lambda: types().count(kinds[2]) == 3 and [types().count(k) for k in kinds])
     check(f"what waited on disk is sent: three runs made one installation ({counts})",
           len(batches()) > sent and counts == [1, 3, 3] and not os.path.exists(cache_file))
-    entries = item.menu()
-    item.click_entry(entries[-1][0])
+    last = (item.menu() or [(0, "")])[-1]
+    item.click_entry(last[0])
     check("the menu's last entry, Quit Zel Menu Bar, quits",
-          entries[-1][1] == "Quit Zel Menu Bar" and quits_cleanly(running))
-    check("and three sessions are stored", len(json.loads(stored("recentSessions") or "[]")) == 3)
+          last[1] == "Quit Zel Menu Bar" and quits_cleanly(running))
 except Exception:  # noqa: BLE001 - a step that raises fails the run, with its trace
     traceback.print_exc()
     desktop.failures.append("a step raised")
