@@ -1,5 +1,7 @@
 // Opens and scrolls the real popover off screen over 200 fixtures and prints timings and the
 // memory the views add: medians, not assertions, because this machine's timings are noisy.
+#include "HttpListener.h"
+#include "HttpReply.h"
 #include "ImageCache.h"
 #include "PopoverController.h"
 #include "PopoverScene.h"
@@ -12,7 +14,6 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
-#include <QHttpServer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -90,13 +91,18 @@ int main(int argc, char *argv[])
     QGuiApplication app(argc, argv);
 
     const QByteArray upcoming = fixtures(200);
-    QHttpServer server;
-    server.route("/api/matches/upcoming",
-                 [&upcoming] { return QHttpServerResponse("application/json", upcoming); });
-    server.route("/api/matches/today",
-                 [] { return QHttpServerResponse("application/json", R"({"matches": []})"); });
-    const quint16 port = server.listen(QHostAddress::LocalHost);
-    const QString origin = QStringLiteral("http://127.0.0.1:%1").arg(port);
+    HttpListener server([&upcoming](const HttpRequest &request, QTcpSocket *socket) {
+        HttpReply::json(request.url.path() == QLatin1StringView("/api/matches/upcoming")
+                            ? upcoming
+                            : QByteArray(R"({"matches": []})"))
+            .writeTo(socket);
+    });
+    QString error;
+    if (!server.listen(0, &error)) {
+        std::fprintf(stderr, "popover_bench: %s\n", qPrintable(error));
+        return 1;
+    }
+    const QString origin = QStringLiteral("http://127.0.0.1:%1").arg(server.port());
 
     TodayViewModel::Setup setup;
     setup.serviceURL = origin;

@@ -1,15 +1,13 @@
 #!/usr/bin/env bash
-# Installs what building and testing need on Debian 12; does nothing when all is present.
+# Installs what building and testing need on Debian 12 or 13; does nothing when all is present.
 # Usage: scripts/install-deps.sh [fuzz]
 set -euo pipefail
 
 packages=(
     g++ cmake ninja-build
-    qt6-base-dev qt6-httpserver-dev
+    qt6-base-dev
     # The popover asks the X server whether a window manager runs.
     libxcb1-dev pkg-config
-    # qt6-httpserver-dev's CMake package needs QtWebSockets but does not depend on it.
-    qt6-websockets-dev
     # Team logos come as PNG, JPEG, SVG or WebP.
     qt6-svg-dev qt6-image-formats-plugins
     libsimdjson-dev libbenchmark-dev
@@ -34,6 +32,8 @@ packages=(
     gnome-shell gnome-shell-extension-appindicator libglib2.0-bin
     plasma-workspace plasma-desktop kwin-x11
     appstream desktop-file-utils
+    # Loopback in the network namespace of a test run of its own.
+    iproute2
     # The measuring scripts' panel registers its StatusNotifierHost from Python.
     python3-gi gir1.2-glib-2.0
     # A screen reader's view: the accessibility bus, and an AT-SPI client.

@@ -25,7 +25,8 @@ public:
     using Store = std::function<std::unique_ptr<QSettings>()>;
     using Announce = std::function<void(const QString &, const QMap<QString, QString> &)>;
 
-    SessionManager(Store store, Announce announce, Clock clock = &QDateTime::currentDateTime);
+    SessionManager(
+        Store store, Announce announce, Clock clock = [] { return QDateTime::currentDateTime(); });
     // Writes the running session and waits for every write asked for.
     ~SessionManager() override;
 

@@ -73,7 +73,9 @@ template <typename Record> Result<Record> document(const QByteArray &json)
     simdjson::dom::parser &parser = parserFor(json.size(), oneOff);
     Element root;
     auto error = parser.parse(json.constData(), static_cast<size_t>(json.size())).get(root);
-    if (error == simdjson::NUMBER_ERROR) {
+    // simdjson 3.0 calls an integer past 64 bits a NUMBER_ERROR, later versions a BIGINT_ERROR:
+    // any failure retries with such integers made reals, when the document has one.
+    if (error) {
         const QByteArray widened = widenedHugeIntegers(json);
         if (!widened.isEmpty())
             error =

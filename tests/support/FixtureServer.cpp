@@ -2,23 +2,25 @@
 
 #include "HttpReply.h"
 
-#include <QHttpServerRequest>
 #include <QTcpSocket>
 #include <QTimer>
 
 using namespace Qt::Literals::StringLiterals;
 
 FixtureServer::FixtureServer(QObject *parent)
-    : QAbstractHttpServer(parent)
+    : QObject(parent)
+    , m_listener([this](const HttpRequest &request, QTcpSocket *socket) {
+        handleRequest(request, socket);
+    })
 {
-    m_port = listen(QHostAddress::LocalHost, 0);
-    if (m_port == 0)
-        qFatal("FixtureServer: cannot listen on 127.0.0.1");
+    QString error;
+    if (!m_listener.listen(0, &error))
+        qFatal("FixtureServer: %s", qPrintable(error));
 }
 
 QString FixtureServer::baseURL() const
 {
-    return u"http://127.0.0.1:%1"_s.arg(m_port);
+    return u"http://127.0.0.1:%1"_s.arg(m_listener.port());
 }
 
 void FixtureServer::script(const QString &path, const FixtureResponse &response)
@@ -26,11 +28,11 @@ void FixtureServer::script(const QString &path, const FixtureResponse &response)
     m_scripts.insert(path, response);
 }
 
-bool FixtureServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)
+void FixtureServer::handleRequest(const HttpRequest &request, QTcpSocket *socket)
 {
-    const QString path = request.url().path();
+    const QString path = request.url.path();
     m_requestedPaths.append(path);
-    m_requestBodies.append(request.body());
+    m_requestBodies.append(request.body);
     const auto scripted = m_scripts.constFind(path);
     const FixtureResponse response = scripted != m_scripts.cend() ? *scripted : m_default;
     if (response.delay.count() > 0)
@@ -38,12 +40,6 @@ bool FixtureServer::handleRequest(const QHttpServerRequest &request, QTcpSocket 
                            [socket, response] { respond(socket, response); });
     else
         respond(socket, response);
-    return true;
-}
-
-void FixtureServer::missingHandler(const QHttpServerRequest &, QTcpSocket *socket)
-{
-    respond(socket, FixtureResponse{404, {}});
 }
 
 void FixtureServer::respond(QTcpSocket *socket, const FixtureResponse &response)

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "HttpListener.h"
+
 #include <chrono>
-#include <QAbstractHttpServer>
 #include <QByteArray>
 #include <QHash>
 #include <QMetaType>
@@ -27,7 +28,7 @@ Q_DECLARE_METATYPE(FixtureResponse)
 
 // A real HTTP server on 127.0.0.1 that answers each path as scripted; anything else is a 404.
 // Responses are written byte by byte, so any status line (199, 299) and any breakage is possible.
-class FixtureServer : public QAbstractHttpServer {
+class FixtureServer : public QObject {
     Q_OBJECT
 
 public:
@@ -43,14 +44,11 @@ public:
     const QStringList &requestedPaths() const { return m_requestedPaths; }
     const QList<QByteArray> &requestBodies() const { return m_requestBodies; }
 
-protected:
-    bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
-    void missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) override;
-
 private:
+    void handleRequest(const HttpRequest &request, QTcpSocket *socket);
     static void respond(QTcpSocket *socket, const FixtureResponse &response);
 
-    quint16 m_port = 0;
+    HttpListener m_listener;
     QHash<QString, FixtureResponse> m_scripts;
     FixtureResponse m_default{404, "{\"error\":\"not found\"}"};
     QStringList m_requestedPaths;

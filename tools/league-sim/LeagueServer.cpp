@@ -2,10 +2,8 @@
 
 #include "LogoArt.h"
 
-#include <QHttpServerRequest>
 #include <QJsonDocument>
 #include <QRegularExpression>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -25,25 +23,21 @@ HttpReply notFound()
 
 LeagueServer::LeagueServer(League &league, Clock clock, FaultInjector faults, IngestSink &ingest,
                            QObject *parent)
-    : QAbstractHttpServer(parent)
+    : QObject(parent)
     , m_league(league)
     , m_clock(std::move(clock))
     , m_faults(faults)
     , m_ingest(ingest)
+    , m_listener([this](const HttpRequest &request, QTcpSocket *socket) {
+        handleRequest(request, socket);
+    })
 {
 }
 
 bool LeagueServer::start(quint16 port, QString *error)
 {
-    auto *tcp = new QTcpServer(this);
-    if (!tcp->listen(QHostAddress::LocalHost, port)) {
-        *error =
-            QStringLiteral("cannot listen on 127.0.0.1:%1: %2").arg(port).arg(tcp->errorString());
-        delete tcp;
+    if (!m_listener.listen(port, error))
         return false;
-    }
-    bind(tcp);
-    m_port = tcp->serverPort();
     m_league.setOrigin(origin());
 
     for (const LeagueTeam &team : m_league.teams()) {
@@ -85,7 +79,7 @@ bool LeagueServer::start(quint16 port, QString *error)
 
 QString LeagueServer::origin() const
 {
-    return QStringLiteral("http://127.0.0.1:%1").arg(m_port);
+    return QStringLiteral("http://127.0.0.1:%1").arg(m_listener.port());
 }
 
 HttpReply LeagueServer::scoreServiceReply(const QString &path, Kind *kind) const
@@ -109,45 +103,44 @@ HttpReply LeagueServer::scoreServiceReply(const QString &path, Kind *kind) const
     return m_files.value(path, notFound());
 }
 
-bool LeagueServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *socket)
+void LeagueServer::handleRequest(const HttpRequest &request, QTcpSocket *socket)
 {
     static const QRegularExpression ingest(QStringLiteral("^/v2/(namespace/[^/]+/)?$"));
-    const QString path = request.url().path();
+    const QString path = request.url.path();
     if (ingest.match(path).hasMatch()) {
-        if (request.method() != QHttpServerRequest::Method::Post)
+        if (request.method != "POST")
             HttpReply::text(405, "POST a JSON array of signals").writeTo(socket);
         else
-            HttpReply::json("{}", m_ingest.receive(request.value("Content-Type"), request.body()))
+            HttpReply::json("{}",
+                            m_ingest.receive(request.headers.value("content-type"), request.body))
                 .writeTo(socket);
-        return true;
+        return;
     }
-    if (path == QLatin1StringView("/sim/ingest-status") &&
-        request.method() == QHttpServerRequest::Method::Put) {
+    if (path == QLatin1StringView("/sim/ingest-status") && request.method == "PUT") {
         bool isNumber = false;
-        const int status = request.body().trimmed().toInt(&isNumber);
+        const int status = request.body.trimmed().toInt(&isNumber);
         if (!isNumber || status < 100 || status > 599) {
             HttpReply::text(400, "PUT a status code from 100 to 599").writeTo(socket);
         } else {
             m_ingest.setStatus(status);
             HttpReply::text(200, "ingest status " + QByteArray::number(status)).writeTo(socket);
         }
-        return true;
+        return;
     }
-    if (path == QLatin1StringView("/sim/clock") && m_jump &&
-        request.method() == QHttpServerRequest::Method::Put) {
+    if (path == QLatin1StringView("/sim/clock") && m_jump && request.method == "PUT") {
         const QDateTime moment =
-            QDateTime::fromString(QString::fromUtf8(request.body().trimmed()), Qt::ISODate);
+            QDateTime::fromString(QString::fromUtf8(request.body.trimmed()), Qt::ISODate);
         if (!moment.isValid() || moment.timeSpec() == Qt::LocalTime) {
             HttpReply::text(400, "PUT an ISO 8601 moment with an offset").writeTo(socket);
         } else {
             m_jump(moment);
             HttpReply::text(200, "clock set").writeTo(socket);
         }
-        return true;
+        return;
     }
-    if (request.method() != QHttpServerRequest::Method::Get) {
+    if (request.method != "GET") {
         HttpReply::text(405, "only GET is served here").writeTo(socket);
-        return true;
+        return;
     }
     Kind kind;
     HttpReply reply = scoreServiceReply(path, &kind);
@@ -158,7 +151,6 @@ bool LeagueServer::handleRequest(const QHttpServerRequest &request, QTcpSocket *
     } else {
         sendWithFaults(socket, reply, kind);
     }
-    return true;
 }
 
 void LeagueServer::sendWithFaults(QTcpSocket *socket, HttpReply reply, Kind kind)
@@ -186,9 +178,4 @@ void LeagueServer::sendWithFaults(QTcpSocket *socket, HttpReply reply, Kind kind
         break;
     }
     reply.writeTo(socket);
-}
-
-void LeagueServer::missingHandler(const QHttpServerRequest &, QTcpSocket *socket)
-{
-    notFound().writeTo(socket);
 }

@@ -1,17 +1,17 @@
 #pragma once
 
 #include "FaultInjector.h"
+#include "HttpListener.h"
 #include "HttpReply.h"
 #include "IngestSink.h"
 #include "League.h"
 
 #include <functional>
-#include <QAbstractHttpServer>
 #include <QHash>
 
 // Serves a league exactly as the score service would, plus team logos, an analytics ingest
 // sink and a stand-in for the product's web site (its pages and update feed), all on 127.0.0.1.
-class LeagueServer : public QAbstractHttpServer {
+class LeagueServer : public QObject {
     Q_OBJECT
 
 public:
@@ -28,11 +28,8 @@ public:
     // Lets PUT /sim/clock move the league's time; without it the clock cannot be moved.
     void setClockControl(std::function<void(const QDateTime &)> jump) { m_jump = std::move(jump); }
 
-protected:
-    bool handleRequest(const QHttpServerRequest &request, QTcpSocket *socket) override;
-    void missingHandler(const QHttpServerRequest &request, QTcpSocket *socket) override;
-
 private:
+    void handleRequest(const HttpRequest &request, QTcpSocket *socket);
     enum class Kind { MatchList, Scorecard, Other };
     HttpReply scoreServiceReply(const QString &path, Kind *kind) const;
     void sendWithFaults(QTcpSocket *socket, HttpReply reply, Kind kind);
@@ -44,5 +41,5 @@ private:
     IngestSink &m_ingest;
     QHash<QString, HttpReply> m_files; // logos and the web site's pages, by path
     QString m_announcedVersion = QStringLiteral("0.2.0");
-    quint16 m_port = 0;
+    HttpListener m_listener;
 };
