@@ -54,8 +54,12 @@ private slots:
         const QString matches = u"2 matches, the first live"_s;
         QTest::newRow("200") << FixtureResponse{200, twoMatches} << standard << matches;
         QTest::newRow("299") << FixtureResponse{299, twoMatches} << standard << matches;
+        // Qt 6.8 takes a 1xx for the interim answer HTTP says it is and waits for a final one,
+        // which never comes: a failure all the same.
         QTest::newRow("199") << FixtureResponse{199, twoMatches} << standard
-                             << u"APIClient 199: HTTP 199"_s;
+                             << (QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+                                     ? u"Network: The network connection was lost."_s
+                                     : u"APIClient 199: HTTP 199"_s);
         QTest::newRow("300") << FixtureResponse{300, twoMatches} << standard
                              << u"APIClient 300: HTTP 300"_s;
         QTest::newRow("404 with a JSON body") << FixtureResponse{404, R"({"error":"no"})"}
