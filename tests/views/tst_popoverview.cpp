@@ -307,10 +307,12 @@ private slots:
         QVERIFY(textItem(page, "NOTIFY ME ABOUT EVERY MATCH"));
 
         QQuickItem *teams = child(page, "teamList");
+        const int offered = m_popover->settings()->teams()->rowCount();
         teams->forceActiveFocus();
         QTest::keyClick(m_view.get(), Qt::Key_Down);
         QTest::keyClick(m_view.get(), Qt::Key_Space);
         QCOMPARE(m_preferences->favouriteTeamID(), u"1"_s);
+        QCOMPARE(m_popover->settings()->teams()->rowCount(), offered); // each team once, still
         QVERIFY(m_popover->settings()->teams()->index(1).data(TeamListModel::ChosenRole).toBool());
         QVERIFY(textItem(page, "NOTIFY ME ABOUT MY TEAM'S MATCHES"));
         QMetaObject::invokeMethod(child(page, "notifyWickets"), "toggled");
