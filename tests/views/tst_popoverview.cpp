@@ -4,6 +4,7 @@
 #include "PopoverStyle.h"
 #include "Preferences.h"
 #include "StateRig.h"
+#include "SymbolIcon.h"
 
 #include <QAbstractItemModelTester>
 #include <QBuffer>
@@ -162,6 +163,11 @@ private slots:
     // Every view file, with data that reaches each of its parts, and not one QML warning.
     void everyViewShowsItsData()
     {
+        // The header's buttons show their symbols.
+        for (const char *button : {"refreshButton", "settingsButton"}) {
+            const auto icons = tab(button)->findChildren<SymbolIcon *>();
+            QVERIFY(icons.size() == 1 && !icons[0]->property("name").toString().isEmpty());
+        }
         // Each tab is made when first chosen, and its list when it first has rows to show.
         QVERIFY(!tab("resultsTab") && !tab("fixturesTab"));
         m_popover->setActiveTab(Popover::Tab::Fixtures);
