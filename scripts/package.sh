@@ -23,6 +23,7 @@ trap '"${sudo[@]}" umount -l "$root/proc" 2> /dev/null || true; "${sudo[@]}" rm 
 "${sudo[@]}" mount -t proc proc "$root/proc"
 # The app starts, stays up and quits on SIGTERM with status 0, saying nothing of a missing part.
 "${sudo[@]}" chroot "$root" /bin/bash -euc '
+    apt-get update -qq
     DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "/tmp/$(basename "$1")" > /dev/null
     export HOME=/tmp/home XDG_RUNTIME_DIR=/tmp/home QT_QPA_PLATFORM=offscreen
     mkdir -p "$HOME"

@@ -16,20 +16,13 @@ BUS = Gio.bus_get_sync(Gio.BusType.SESSION)
 threading.Thread(target=GLib.MainLoop().run, daemon=True).start()
 
 
-SCREEN = (1280, 800)
-POPOVER = (380, 500)
-# What the app leaves between the popover and an item that no panel edge tells it about.
-GAP = 4
-# The app takes a click on the item this soon after a click away closed the popover for that
-# same click.
-SAME_CLICK_SECONDS = 0.3
-# The analytics client keeps no session shorter than this, counted while the app is active.
-SHORTEST_SESSION_SECONDS = 1.0
+SCREEN, POPOVER = (1280, 800), (380, 500)
+GAP = 4  # between the popover and an item that no panel edge tells the app about
+SAME_CLICK_SECONDS = 0.3  # a click on the item this soon after a click away is that click
 
 
 def wait_for(condition, seconds=30):
-    """The condition's first true value within the time, or None. The deadlines hold with both
-    cores busy: a wait that passes returns as soon as its state is there."""
+    """The condition's first true value within the time (long enough with both cores busy)."""
     deadline = time.monotonic() + seconds
     while time.monotonic() < deadline:
         value = condition()
@@ -37,12 +30,6 @@ def wait_for(condition, seconds=30):
             return value
         time.sleep(0.2)
     return None
-
-
-def wait_until(moment):
-    """Waits out one of the app's own time rules, counted from a state that the test saw after the
-    app had reached it: past the moment, the app's count has run out too."""
-    time.sleep(max(0.0, moment - time.monotonic()))
 
 
 def wait_steady(condition, seconds=30):
@@ -56,25 +43,17 @@ def wait_steady(condition, seconds=30):
 
 
 def misplaced(frame, centre, edge, below=True):
-    """Why the frame is not the popover at the item, or "" when it is. At the item: its size,
-    wholly on screen, flush against the edge the panel gives (its top at the edge under a top
-    panel, its bottom at it over a bottom one) and its span holding the item's centre, centred on
-    the item where the screen allows and flush against the screen's side where it does not."""
-    if not frame:
-        return "no popover"
-    x, y, width, height = frame
-    if (width, height) != POPOVER:
-        return f"{width} x {height}, not {POPOVER[0]} x {POPOVER[1]}"
-    if x < 0 or y < 0 or x + width > SCREEN[0] or y + height > SCREEN[1]:
-        return "not wholly on screen"
-    if (y if below else y + height) != edge:
-        return f"not flush against the panel's edge at y {edge}"
-    if not x <= centre <= x + width:
-        return f"the item's centre {centre} outside its span"
+    """Why the frame is not the popover at the item, or "": wholly on screen, flush against the
+    panel's edge, its span holding the item's centre, centred on it as far as the screen allows."""
+    x, y, width, height = frame or (0, 0, 0, 0)
     wanted = min(max(centre - width / 2, 0), SCREEN[0] - width)
-    if abs(x - wanted) > 1:
-        return f"x {x}, where {wanted:g} centres it on the item as far as the screen allows"
-    return ""
+    return next((why for why, wrong in (
+        ("no popover", not frame), (f"{width} x {height}", (width, height) != POPOVER),
+        ("not wholly on screen", x < 0 or y < 0 or x + width > SCREEN[0] or y + height > SCREEN[1]),
+        (f"not flush against the panel at y {edge}", (y if below else y + height) != edge),
+        (f"the item's centre {centre} outside its span", not x <= centre <= x + width),
+        (f"x {x}, not {wanted:g}, which centres it as far as the screen allows",
+         abs(x - wanted) > 1)) if wrong), "")
 
 
 def call(name, path, interface, method, arguments=None, reply="()"):
@@ -112,25 +91,16 @@ class Desktop:
         return self.started[-1]
 
     def start_simulator(self, simulator, *options, port=0):
-        """The league simulator on a loopback port of its own: one it picks free, or the port of
-        an earlier one of this test's. The app started after it talks to it. A simulator that
-        cannot listen ends the test at once, with what it said."""
+        """The simulator on a port of its own (0: any free one), or the test ends saying why."""
         log = self.path(f"simulator-{len(self.started)}.log")
-        with open(log, "w") as output:
-            process = self.start(simulator, "--port", str(port), *options, output=output,
-                                 errors=subprocess.STDOUT)
-
-        def served():
-            with open(log) as said:
-                found = re.search(r" on (http://127\.0\.0\.1:(\d+))$", said.read(), re.M)
-            return found or process.poll() is not None
-
-        found = wait_for(served)
-        ours = isinstance(found, re.Match) and port in (0, int(found.group(2)))
-        with open(log) as said:
-            self.check(f"the simulator serves on a port of its own ({port or 'a free one'}): "
-                       f"{said.read().strip() or 'it said nothing'}", ours)
-        if not ours:
+        process = self.start(simulator, "--port", str(port), *options, output=open(log, "w"),
+                             errors=subprocess.STDOUT)
+        said = wait_for(lambda: (process.poll() is not None or
+                                 re.search(r" on http://127\.0\.0\.1:\d+$", open(log).read(), re.M))
+                        and open(log).read().strip()) or "it said nothing"
+        found = re.search(r" on (http://127\.0\.0\.1:(\d+))$", said, re.M)
+        if not self.check(f"the simulator serves on a port of its own ({port or 'any'}): {said}",
+                          found and port in (0, int(found.group(2)))):
             self.finish()
         self.env["ZEL_E2E_ORIGIN"] = found.group(1)
         return process, found.group(1), int(found.group(2))
@@ -158,15 +128,20 @@ class Desktop:
             process.kill()
             return process.wait()
 
+    def check_placed(self, what, frame, centre, edge, below=True, seen=""):  # -> a popover shown?
+        wrong = misplaced(frame, centre, edge, below)
+        self.check(f"{what} ({frame}{': ' + wrong if wrong else ''}{seen})", not wrong)
+        return frame is not None
+
     def closed(self, popover_closed):
         """Whether the popover closed, noting when: the app's same-click rule counts from then."""
-        if popover_closed:
-            self.closed_at = time.monotonic()
+        self.closed_at = time.monotonic() if popover_closed else self.closed_at
         return popover_closed
 
     def past_same_click(self):
-        """Waits out the rule that takes a click soon after a click away as that click."""
-        wait_until(self.closed_at + SAME_CLICK_SECONDS)
+        """Waits out the app's same-click rule, counted from when the test saw the popover go,
+        which is after the app started counting."""
+        time.sleep(max(0.0, self.closed_at + SAME_CLICK_SECONDS - time.monotonic()))
 
     def check(self, what, passed):
         print(f"{'PASS' if passed else 'FAIL'} {self.name}: {what}", flush=True)
@@ -213,9 +188,7 @@ class StatusItem:
         return value[0] if value else None
 
     def tool_tip(self):
-        """The tool tip's title, or None."""
-        tip = self.get("ToolTip")
-        return tip[2] if tip else None
+        return (self.get("ToolTip") or [None] * 3)[2]
 
     def activate(self, x=600, y=30):
         call(self.name, self.PATH, self.INTERFACE, "Activate", GLib.Variant("(ii)", (x, y)))

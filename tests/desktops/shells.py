@@ -3,8 +3,7 @@
 extension (X11; Wayland, the app on Xwayland) or KDE Plasma 5.27 on X11. The title in the panel;
 the popover flush against the panel at the item after a click and after the shell's own "Show
 Scores"; Escape, a click on the desktop and a right click on the item (opening the shell's menu)
-closing it. Pictures of the panel and the popover go to the output folder. The league is the same
-at every run; under GNOME on X11 its short title puts the item near the screen's edge.
+closing it. Pictures of the panel and the popover go to the output folder.
 
 Usage: shells.py gnome-x11|gnome-wayland|plasma-x11 APP SIMULATOR OUTPUT_FOLDER
 """
@@ -15,7 +14,7 @@ import shutil
 import subprocess
 import sys
 
-from desktop import BUS, Desktop, call, enable_accessibility, misplaced, wait_for, wait_steady
+from desktop import BUS, Desktop, call, enable_accessibility, wait_for, wait_steady
 from gi.repository import Gio, GLib
 
 session, app, simulator, output = sys.argv[1:5]
@@ -55,26 +54,18 @@ def key(name):
 
 
 def picture(name):
-    """The screen once two pictures in a row agree: past the compositor's fade and the rows'
-    slide."""
+    """The screen once two pictures in a row agree: past the compositor's fades and slides."""
     path = f"{output}/{session}-{name}.png"
 
     def taken():
         if os.path.exists(path):
             os.remove(path)  # the shell writes no picture over an old one
-        if gnome:
-            shell("new imports.gi.Shell.Screenshot().screenshot(false, imports.gi.Gio.File."
-                  f"new_for_path('{path}').replace(null, false, 0, null), () => {{}}); return 1;")
-        else:
+        shell("new imports.gi.Shell.Screenshot().screenshot(false, imports.gi.Gio.File.new_for_path("
+              f"'{path}').replace(null, false, 0, null), () => {{}}); return 1;") if gnome else \
             desktop.run("import", "-window", "root", path)
-        return wait_for(lambda: os.path.exists(path) and os.path.getsize(path) and
-                        desktop.run("identify", "-format", "%#", path), 10)
-    wait_steady(taken, 10)
-    return path
-
-
-def colour(path, x, y):
-    return desktop.run("convert", path, "-format", f"%[pixel:p{{{x},{y}}}]", "info:")
+        return wait_for(lambda: os.path.exists(path) and desktop.run("identify", "-format", "%#",
+                                                                     path), 10)
+    return wait_steady(taken, 10) and path
 
 
 def popover():
@@ -178,7 +169,7 @@ try:
             "print(panels().length > 0 && panels()[0].addWidget('example.zel.MenuBar.title') "
             "!== undefined)"), 30)
         enable_accessibility()
-    # A first innings just begun has the shortest title, which puts the item nearest the edge.
+    # A first innings just begun: the shortest title, the item nearest the screen's edge.
     desktop.start_simulator(simulator, "--scenario", "live-first-innings" if session == "gnome-x11"
                             else "live-second-innings", "--start", "2026-11-22T14:00:00+05:30")
     start(app)
@@ -188,21 +179,16 @@ try:
     check(f"the panel shows the whole title{'' if gnome else ', the icon its live dot'} "
           f"({bar and bar['title']}; {item()})", bar)
     panel = picture("panel")
-    # Without an item the checks below still run, and fail on their own.
-    x, y = (bar["x"], bar["y"]) if bar else (0, 0)
-    below = gnome
+    x, y = (bar["x"], bar["y"]) if bar else (0, 0)  # without one the checks below fail alone
     edge = shell("return Main.panel.height;") if gnome else work_bottom()
 
     def opens(what, action):
-        """The popover opens at the item, with the keyboard."""
         desktop.past_same_click()
         action()
-        frame = wait_for(popover, 15)
-        wrong = misplaced(frame, x, edge, below)
-        check(f"{what} opens the popover at the item ({frame}{': ' if wrong else ''}{wrong}; "
-              f"shown {desktop.windows('--name', '^Scores')}, active "
-              f"{desktop.run('xdotool', 'getactivewindow')})", not wrong)
-        return frame is not None  # a popover in the wrong place still closes as it should
+        return desktop.check_placed(f"{what} opens the popover at the item", wait_for(popover, 15),
+                                    x, edge, gnome,
+                                    f"; shown {desktop.windows('--name', '^Scores')}, active "
+                                    f"{desktop.run('xdotool', 'getactivewindow')}")
 
     def closes(what, action):
         action()
@@ -210,10 +196,10 @@ try:
 
     # GNOME's extension opens the item's menu on a click and activates it on a double click.
     if opens("a click on the item", lambda: click(x, y, times=2 if gnome else 1)):
-        # What takes a click away under these shells is an invisible window over the desktop.
-        shown = picture("popover")
-        check("the desktop stays in sight around the popover",
-              colour(panel, 200, 400) == colour(shown, 200, 400))
+        # Under these shells an invisible window over the desktop takes a click away.
+        colour = "-format", "%[pixel:p{200,400}]", "info:"
+        check("the desktop stays in sight around the popover", desktop.run("convert", panel, *colour)
+              == desktop.run("convert", picture("popover"), *colour))
         closes("Escape", lambda: key("Escape"))
     desktop.past_same_click()
     click(x, y, button=1 if gnome else 3)

@@ -1,7 +1,5 @@
 #include "FixtureServer.h"
 
-#include "HttpReply.h"
-
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -35,29 +33,8 @@ void FixtureServer::handleRequest(const HttpRequest &request, QTcpSocket *socket
     m_requestBodies.append(request.body);
     const auto scripted = m_scripts.constFind(path);
     const FixtureResponse response = scripted != m_scripts.cend() ? *scripted : m_default;
-    if (response.delay.count() > 0)
-        QTimer::singleShot(response.delay, socket,
-                           [socket, response] { respond(socket, response); });
-    else
-        respond(socket, response);
-}
-
-void FixtureServer::respond(QTcpSocket *socket, const FixtureResponse &response)
-{
-    const HttpReply reply{response.status, response.body, response.contentType, {}};
-    using Delivery = FixtureResponse::Delivery;
-    switch (response.delivery) {
-    case Delivery::Whole:
-        reply.writeTo(socket);
-        break;
-    case Delivery::DropMidBody:
-        reply.writeTruncatedTo(socket);
-        break;
-    case Delivery::Endless:
-        reply.writeEndlesslyTo(socket);
-        break;
-    case Delivery::Trickle:
-        reply.writeSlowlyTo(socket, std::chrono::milliseconds(50));
-        break;
-    }
+    QTimer::singleShot(response.delay, socket, [socket, response] {
+        HttpReply{response.status, response.body, response.contentType, {}}.deliver(
+            socket, response.delivery, std::chrono::milliseconds(50));
+    });
 }

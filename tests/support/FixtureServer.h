@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HttpListener.h"
+#include "HttpReply.h"
 
 #include <chrono>
 #include <QByteArray>
@@ -10,12 +11,7 @@
 
 // One scripted answer of the fixture server.
 struct FixtureResponse {
-    enum class Delivery {
-        Whole,
-        DropMidBody, // announce the full length, send half, close
-        Endless,     // no length, and the body repeated for as long as the client reads
-        Trickle,     // the body one byte every 50 ms
-    };
+    using Delivery = HttpReply::Delivery; // a trickle goes one byte every 50 ms
 
     int status = 200;
     QByteArray body; // empty: no body at all
@@ -46,7 +42,6 @@ public:
 
 private:
     void handleRequest(const HttpRequest &request, QTcpSocket *socket);
-    static void respond(QTcpSocket *socket, const FixtureResponse &response);
 
     HttpListener m_listener;
     QHash<QString, FixtureResponse> m_scripts;

@@ -45,13 +45,17 @@ const QByteArray card = R"json({"innings": [{"inningsNo": 1, "battingTeamName": 
                  "economy": "36.00"}]}]})json";
 const QByteArray finishedCard = R"json({"innings": [{"inningsNo": 1, "battingTeamName": "Mira's",
     "batting": [{"name": "Mira", "runs": 0, "balls": 0, "isNotOut": true}], "bowling": []}]})json";
+// Each list by the league's days (India's): 18:30 UTC is midnight there.
 const QByteArray results = R"json({"matches": [{"matchID": 31, "status": "finished",
     "startTime": "2026-11-21T09:30:00+05:30", "matchOrder": "Match 12",
     "toss": {"details": "Northport won the toss"},
-    "venue": {"ground": "Harbour Oval", "city": "Northport"}}]})json";
+    "venue": {"ground": "Harbour Oval", "city": "Northport"}},
+    {"matchID": 32, "status": "finished", "startTime": "2026-11-20T19:00:00Z"},
+    {"matchID": 33, "status": "finished", "startTime": "2026-11-20T18:00:00Z"}]})json";
 const QByteArray fixtures = R"json({"matches": [
-    {"matchID": 41, "status": "upcoming", "startTime": "2026-11-23T19:30:00+05:30"},
-    {"matchID": 42, "status": "upcoming", "startTime": "2026-11-24T19:30:00+05:30"}]})json";
+    {"matchID": 42, "status": "upcoming", "startTime": "2026-11-24T19:30:00+05:30"},
+    {"matchID": 43, "status": "upcoming", "startTime": "2026-11-23T18:30:00Z"},
+    {"matchID": 41, "status": "upcoming", "startTime": "2026-11-23T19:30:00+05:30"}]})json";
 
 // Today as so many finished matches, numbered from 101.
 QByteArray finishedMatches(int count)
@@ -209,7 +213,21 @@ private slots:
 
         m_popover->setActiveTab(Popover::Tab::Results);
         QVERIFY(settled());
-        QTRY_COMPARE(rows("resultsTab").size(), 1);
+        QTRY_COMPARE(rows("resultsTab").size(), 3);
+        // The latest result first, the soonest fixture first.
+        const auto order = [](MatchListModel *list) {
+            QStringList keys;
+            for (int row = 0; row < list->rowCount(); ++row)
+                keys << list->index(row).data(MatchListModel::MatchKeyRole).toString() + u' ' +
+                            list->index(row).data(MatchListModel::SectionTitleRole).toString();
+            return keys;
+        };
+        QCOMPARE(order(m_popover->resultsModel()),
+                 (QStringList{"31 Saturday, 21 November", "32 Saturday, 21 November",
+                              "33 Friday, 20 November"}));
+        QCOMPARE(order(m_popover->fixturesModel()),
+                 (QStringList{"41 Monday, 23 November", "43 Tuesday, 24 November",
+                              "42 Tuesday, 24 November"}));
         tapMainLine(rows("resultsTab")[0]);
         QVERIFY(settled());
         QTRY_VERIFY(textItem(tab("resultsTab"), "Northport won the toss"));

@@ -1,4 +1,3 @@
-#include "MatchListModel.h"
 #include "MatchRowPresenter.h"
 #include "ScorecardPresenter.h"
 #include "TodayPresenter.h"
@@ -161,51 +160,6 @@ private slots:
         QFETCH(ZelMatch, match);
         QTEST(MatchRowPresenter::scoresText(match), "scores");
         QTEST(MatchRowPresenter::venueText(match), "venue");
-    }
-
-    // Days are the league's (India's): a start late in the UTC evening is the next morning there.
-    void listsByLeagueDay_data()
-    {
-        QTest::addColumn<MatchListModel::Kind>("kind");
-        QTest::addColumn<QStringList>("starts");
-        QTest::addColumn<QStringList>("expected"); // "match id: section title", top down
-
-        const QStringList twoDays{"2026-11-21T19:30:00+05:30", "2026-11-22T14:00:00+05:30",
-                                  "2026-11-22T19:30:00+05:30"};
-        QTest::newRow("results: latest day and match first")
-            << MatchListModel::Kind::Results << twoDays
-            << QStringList{"3: Sunday, 22 November", "2: Sunday, 22 November",
-                           "1: Saturday, 21 November"};
-        QTest::newRow("fixtures: soonest day and match first")
-            << MatchListModel::Kind::Fixtures << twoDays
-            << QStringList{"1: Saturday, 21 November", "2: Sunday, 22 November",
-                           "3: Sunday, 22 November"};
-        QTest::newRow("a start after midnight in India, before it in UTC")
-            << MatchListModel::Kind::Fixtures
-            << QStringList{"2026-11-22T19:00:00Z", "2026-11-22T12:00:00Z"}
-            << QStringList{"2: Sunday, 22 November", "1: Monday, 23 November"};
-    }
-
-    void listsByLeagueDay()
-    {
-        QFETCH(MatchListModel::Kind, kind);
-        QFETCH(QStringList, starts);
-        QList<ZelMatch> matches;
-        for (const QString &start : starts) {
-            matches.append(with(match("upcoming"), [&](ZelMatch &m) {
-                m.matchID = matches.size() + 1;
-                m.startTime = start;
-            }));
-        }
-        MatchListModel list(kind, {}, english);
-        list.setMatches(matches);
-        QStringList rows;
-        for (int row = 0; row < list.rowCount(); ++row) {
-            const QModelIndex at = list.index(row);
-            rows.append(at.data(MatchListModel::MatchKeyRole).toString() + u": "_s +
-                        at.data(MatchListModel::SectionTitleRole).toString());
-        }
-        QTEST(rows, "expected");
     }
 
     void headerTexts()

@@ -25,6 +25,21 @@ QByteArray HttpReply::head(std::optional<qint64> length) const
     return head + "\r\n";
 }
 
+void HttpReply::deliver(QTcpSocket *socket, Delivery delivery,
+                        std::chrono::milliseconds interval) const
+{
+    switch (delivery) {
+    case Delivery::Whole:
+        return writeTo(socket);
+    case Delivery::DropMidBody:
+        return writeTruncatedTo(socket);
+    case Delivery::Endless:
+        return writeEndlesslyTo(socket);
+    case Delivery::Trickle:
+        return writeSlowlyTo(socket, interval);
+    }
+}
+
 void HttpReply::writeTo(QTcpSocket *socket) const
 {
     socket->write(head(body.size()));

@@ -16,9 +16,16 @@ struct HttpReply {
     QByteArray contentType = "application/json";
     QList<QPair<QByteArray, QByteArray>> headers;
 
+    // Whole; cut short (the full length announced, half the body sent, the connection closed);
+    // endless (no length, and the body repeated for as long as the client reads); or trickled
+    // (the full length announced, one byte each interval).
+    enum class Delivery { Whole, DropMidBody, Endless, Trickle };
+
     static HttpReply json(const QByteArray &body, int status = 200);
     static HttpReply text(int status, const QByteArray &message);
 
+    void deliver(QTcpSocket *socket, Delivery delivery,
+                 std::chrono::milliseconds interval = std::chrono::seconds(1)) const;
     void writeTo(QTcpSocket *socket) const;
     // Announces the full length, sends half the body, then closes the connection.
     void writeTruncatedTo(QTcpSocket *socket) const;
