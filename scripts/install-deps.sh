@@ -38,8 +38,8 @@ packages=(
     python3-gi gir1.2-glib-2.0
     # A screen reader's view: the accessibility bus, and an AT-SPI client.
     at-spi2-core python3-pyatspi
-    # cpack's .deb
-    dpkg-dev
+    # cpack's .deb, whose dependencies it reads with dpkg-shlibdeps and file
+    dpkg-dev file
 )
 if [[ "${1:-}" == fuzz ]]; then
     packages+=(clang libclang-rt-14-dev)
