@@ -17,7 +17,7 @@ threading.Thread(target=GLib.MainLoop().run, daemon=True).start()
 
 
 SCREEN, POPOVER = (1280, 800), (380, 500)
-GAP = 4  # between the popover and an item that no panel edge tells the app about
+GAP = 4  # the app's, between the popover and an item that no panel edge tells it about
 SAME_CLICK_SECONDS = 0.3  # a click on the item this soon after a click away is that click
 
 

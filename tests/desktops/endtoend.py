@@ -118,8 +118,8 @@ def focused():
 def start_app_with_item():
     previous = registered_item()
     process = desktop.start(app)
-    name = wait_for(lambda: registered_item() not in (None, previous) and registered_item())
-    check("the app's item registers", name)
+    name = check("the app's item registers", wait_for(
+        lambda: registered_item() not in (None, previous) and registered_item()))
     return process, StatusItem(name or "org.kde.StatusNotifierItem-none")
 
 
