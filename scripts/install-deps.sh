@@ -28,8 +28,9 @@ packages=(
     # The popover under a Wayland compositor, through Xwayland.
     weston xwayland
     # The popover under real shells: GNOME Shell (X11 and Wayland) and its command-line tools,
-    # and KDE Plasma on X11.
-    gnome-shell gnome-shell-extension-appindicator libglib2.0-bin
+    # and KDE Plasma on X11. The shell serves notifications through a gjs service: without it a
+    # notification starts dunst outside any display, and the shell loses keys and items.
+    gnome-shell gnome-shell-extension-appindicator libglib2.0-bin gjs
     plasma-workspace plasma-desktop kwin-x11
     appstream desktop-file-utils
     # Loopback in the network namespace of a test run of its own.
