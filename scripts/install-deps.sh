@@ -29,7 +29,7 @@ packages=(
     weston xwayland
     # The popover under real shells: GNOME Shell (X11 and Wayland) and its command-line tools,
     # and KDE Plasma on X11. The shell serves notifications through a gjs service: without it a
-    # notification starts dunst outside any display, and the shell loses keys and items.
+    # notification starts dunst outside any display, after which the tests saw keys go missing.
     gnome-shell gnome-shell-extension-appindicator libglib2.0-bin gjs
     plasma-workspace plasma-desktop kwin-x11
     appstream desktop-file-utils

@@ -192,18 +192,7 @@ try:
 
     def closes(what, action):
         action()
-        gone = desktop.closed(wait_for(lambda: popover() is None, 15))
-        return check(f"{what} closes it" + ("" if gone else f"; the keyboard's window {focus()}"),
-                     gone)
-
-    def focus():
-        """Which window has the keyboard, as the X server and the shell see it."""
-        seen = desktop.run("xdotool", "getactivewindow", "getwindowname")
-        if gnome:
-            state = shell(f"{ITEM} return {{menu: item.menu.isOpen, modal: Main.modalCount,"
-                          " focus: global.display.focus_window?.title ?? null};")
-            seen += f", shell {state}"
-        return seen
+        return check(f"{what} closes it", desktop.closed(wait_for(lambda: popover() is None, 15)))
 
     # GNOME's extension opens the item's menu on a click and activates it on a double click.
     if opens("a click on the item", lambda: click(x, y, times=2 if gnome else 1)):
