@@ -185,7 +185,7 @@ private slots:
     {
         QFETCH(int, state);
         QFETCH(bool, offline);
-        StatusNotifierItem item([] { return QList<MenuEntry>(); });
+        StatusNotifierItem item([] { return QList<MenuEntry>(); }, m_home.filePath(u"icons"_s));
         QSignalSpy newIcon(&item, &StatusNotifierItem::NewIcon);
         item.setTitle({u"\U0001F3CF  A"_s, StatusTitle::State(state)});
         item.setTitle({u"\U0001F3CF  B"_s, StatusTitle::State(state)}); // the text alone
@@ -206,6 +206,11 @@ private slots:
             }
         }
         QCOMPARE(sides, (QList<int>{16, 22, 32, 48}));
+        // Hosts that draw the named icon show the same picture.
+        const QImage named(
+            u"%1/hicolor/22x22/apps/%2.png"_s.arg(item.iconThemePath(), item.iconName()));
+        QCOMPARE(named, StatusIconArt::image(StatusTitle::State(state), offline, 22)
+                            .convertToFormat(named.format()));
     }
 
     // What a panel reads from the item: the title without the bat as the label, the whole
@@ -226,7 +231,7 @@ private slots:
         QFETCH(QString, title);
         QFETCH(int, state);
         QFETCH(QString, label);
-        StatusNotifierItem item([] { return QList<MenuEntry>(); });
+        StatusNotifierItem item([] { return QList<MenuEntry>(); }, {});
         item.setTitle({});
         QSignalSpy announced(&item, &StatusNotifierItem::XAyatanaNewLabel);
         QSignalSpy newTip(&item, &StatusNotifierItem::NewToolTip);
@@ -251,7 +256,7 @@ private slots:
     // is kept there for the openings that come with no point.
     void activateTellsTheClickPoint()
     {
-        StatusNotifierItem item([] { return QList<MenuEntry>(); });
+        StatusNotifierItem item([] { return QList<MenuEntry>(); }, {});
         QSignalSpy clicked(&item, &StatusNotifierItem::leftClicked);
         QCOMPARE(item.anchor(), QRect());
         for (const QPoint at : {QPoint(0, 0), QPoint(0, 9), QPoint(9, 0), QPoint(0, 0)})
