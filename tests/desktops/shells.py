@@ -22,6 +22,7 @@ here = os.path.dirname(os.path.abspath(__file__))
 desktop = Desktop(session)
 env, start, check = desktop.env, desktop.start, desktop.check
 gnome = session.startswith("gnome")
+plasma = "6" if shutil.which("kded6") else "5"
 
 
 def shell(script):
@@ -152,16 +153,18 @@ try:
         # Services the bus starts (kglobalaccel) need the display; the applet comes with the app.
         call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
              "UpdateActivationEnvironment", GLib.Variant("(a{ss})", ({"DISPLAY": env["DISPLAY"]},)))
-        env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        env.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", KDE_SESSION_VERSION=plasma,
+                   XDG_CURRENT_DESKTOP="KDE")
         # No splash screen: held here, its name starts no waiting stand-in on the bus.
         Gio.bus_own_name_on_connection(BUS, "org.kde.KSplash", 0, None, None)
         start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
         start("kwin_x11")
         # The bus starts kded, the watcher's host, when it is first called.
         check("the shell starts", wait_for(lambda: desktop.gdbus(
-            "org.kde.kded5", "/kded", "org.kde.kded5.loadModule", "statusnotifierwatcher")
+            f"org.kde.kded{plasma}", "/kded", f"org.kde.kded{plasma}.loadModule",
+            "statusnotifierwatcher")
             == "(true,)", 30))
-        shutil.copytree(f"{here}/../../src/app/tray/plasma/example.zel.MenuBar.title",
+        shutil.copytree(f"{here}/../../src/app/tray/plasma{plasma}/example.zel.MenuBar.title",
                         desktop.path("data/plasma/plasmoids/example.zel.MenuBar.title"))
         start("plasmashell")
         wait_for(lambda: "true" in desktop.gdbus(

@@ -22,6 +22,8 @@ constexpr std::array iconSides{16, 22, 32, 48};
 
 const QString itemPath = QStringLiteral("/StatusNotifierItem");
 const QString menuPath = QStringLiteral("/MenuBar");
+// A name of the item's own, for a panel applet that cannot follow the watcher.
+const QString knownName = QStringLiteral("example.zel.MenuBar.StatusItem");
 
 } // namespace
 
@@ -46,8 +48,10 @@ StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries
     m_bus.registerObject(menuPath, &m_menu,
                          QDBusConnection::ExportScriptableContents |
                              QDBusConnection::ExportAllProperties);
-    if (!m_bus.registerService(m_serviceName))
-        qCWarning(lcTray) << "could not take the bus name" << m_serviceName;
+    for (const QString &name : {m_serviceName, knownName}) {
+        if (!m_bus.registerService(name))
+            qCWarning(lcTray) << "could not take the bus name" << name;
+    }
 
     registerWithWatcher(5);
 }
@@ -77,6 +81,7 @@ void StatusNotifierItem::registerWithWatcher(int attemptsLeft)
 
 StatusNotifierItem::~StatusNotifierItem()
 {
+    m_bus.unregisterService(knownName);
     m_bus.unregisterService(m_serviceName);
     m_bus.unregisterObject(menuPath);
     m_bus.unregisterObject(itemPath);
