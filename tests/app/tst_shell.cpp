@@ -178,6 +178,7 @@ private slots:
         QTest::addColumn<int>("newIcons");
         QTest::addRow("quiet") << int(State::Quiet) << false << 0;
         QTest::addRow("live") << int(State::Live) << false << 1;
+        QTest::addRow("delayed") << int(State::Delayed) << false << 1;
         QTest::addRow("delayed, offline") << int(State::Delayed) << true << 2;
     }
 
@@ -209,8 +210,9 @@ private slots:
         // Hosts that draw the named icon show the same picture.
         const QImage named(
             u"%1/hicolor/22x22/apps/%2.png"_s.arg(item.iconThemePath(), item.iconName()));
-        QCOMPARE(named, StatusIconArt::image(StatusTitle::State(state), offline, 22)
-                            .convertToFormat(named.format()));
+        QCOMPARE(named.convertToFormat(QImage::Format_ARGB32),
+                 StatusIconArt::image(StatusTitle::State(state), offline, 22)
+                     .convertToFormat(QImage::Format_ARGB32));
     }
 
     // What a panel reads from the item: the title without the bat as the label, the whole
