@@ -127,28 +127,44 @@ private slots:
     }
 
     // Places no real host of the desktop tests gives. A null anchor is a host that gave no
-    // point: the popover hangs from the tray's corner.
+    // point: the popover hangs from the tray's corner. A panel is the window that holds the
+    // item, where it floats off the screen's edge or covers more than it reserves.
     void placement_data()
     {
         QTest::addColumn<QRect>("anchor");
         QTest::addColumn<QRect>("available");
+        QTest::addColumn<QRect>("panel");
         QTest::addColumn<QPoint>("expected");
         // The screen below a 24 px panel at the top: (0, 24) to (1279, 799).
         const QRect screen(0, 24, 1280, 776);
         const QRect overBottomPanel(0, 0, 1280, 760);
         QTest::addRow("above an icon at the bottom of the area")
-            << QRect(600, 776, 24, 24) << screen << QPoint(421, 272);
+            << QRect(600, 776, 24, 24) << screen << QRect() << QPoint(421, 272);
         QTest::addRow("a screen smaller than the popover shows its top left")
-            << QRect(100, 0, 24, 24) << QRect(0, 0, 320, 240) << QPoint(0, 0);
-        QTest::addRow("no point, a top bar") << QRect() << screen << QPoint(900, 24);
-        QTest::addRow("no point, a bottom panel") << QRect() << overBottomPanel << QPoint(900, 260);
-        QTest::addRow("no point, no panel") << QRect() << QRect(0, 0, 1280, 800) << QPoint(900, 0);
+            << QRect(100, 0, 24, 24) << QRect(0, 0, 320, 240) << QRect() << QPoint(0, 0);
+        QTest::addRow("no point, a top bar") << QRect() << screen << QRect() << QPoint(900, 24);
+        QTest::addRow("no point, a bottom panel")
+            << QRect() << overBottomPanel << QRect() << QPoint(900, 260);
+        QTest::addRow("no point, no panel")
+            << QRect() << QRect(0, 0, 1280, 800) << QRect() << QPoint(900, 0);
+        const QRect point(900, 770, 1, 1);
+        QTest::addRow("over a floating bottom panel")
+            << point << overBottomPanel << QRect(0, 744, 1280, 56) << QPoint(710, 244);
+        QTest::addRow("under a floating top panel")
+            << QRect(600, 16, 1, 1) << screen << QRect(0, 0, 1280, 48) << QPoint(410, 48);
+        QTest::addRow("beside a left panel") << QRect(20, 400, 1, 1) << QRect(40, 0, 1240, 800)
+                                             << QRect(0, 0, 48, 800) << QPoint(48, 300);
+        QTest::addRow("beside a right panel") << QRect(1260, 100, 1, 1) << QRect(0, 0, 1240, 800)
+                                              << QRect(1232, 0, 48, 800) << QPoint(852, 105);
     }
 
     void placement()
     {
         QFETCH(QRect, anchor);
         QFETCH(QRect, available);
+        QFETCH(QRect, panel);
+        if (!panel.isNull())
+            available = PopoverWindow::clearOfPanel(available, panel, {0, 0, 1280, 800});
         const QRect at =
             anchor.isNull() ? PopoverWindow::trayCorner({0, 0, 1280, 800}, available) : anchor;
         const QPoint placed = PopoverWindow::placement(at, PopoverWindow::size, available);

@@ -1,9 +1,10 @@
 #!/usr/bin/python3
 """The app under a real shell, headless, as a person uses it: GNOME Shell 43 with the AppIndicator
-extension (X11; Wayland, the app on Xwayland) or KDE Plasma 5.27 on X11. The title in the panel;
-the popover flush against the panel at the item after a click and after the shell's own "Show
-Scores"; Escape, a click on the desktop and a right click on the item (opening the shell's menu)
-closing it. Pictures of the panel and the popover go to the output folder.
+extension (X11; Wayland, the app on Xwayland) or KDE Plasma 5.27 or 6.3 on X11. The title in the
+panel; the popover against the panel at the item (clear of the panel's whole window, which a
+floating panel's reserved area does not reach) after a click and after the shell's own "Show
+Scores", and never a task; Escape, a click on the desktop and a right click on the item (opening
+the shell's menu) closing it. Pictures of the panel and the popover go to the output folder.
 
 Usage: shells.py gnome-x11|gnome-wayland|plasma-x11 APP SIMULATOR OUTPUT_FOLDER
 """
@@ -82,10 +83,12 @@ def plasma_menu():
                  if frame[2] < 600 and frame[3] < 400), None)
 
 
-def work_bottom():
-    """Where a bottom panel starts: the end of the screen's work area."""
-    area = desktop.run("xprop", "-root", "_NET_WORKAREA").split("=")[-1].split(",")
-    return int(area[1]) + int(area[3]) if len(area) >= 4 else 800
+def panel_top():
+    """Where the bottom panel's window starts, which a floating panel's reserved area does not
+    reach: the popover must clear the window."""
+    return next((frame[1] for _, frame, window in desktop.windows("--class", "plasmashell")
+                 if "_NET_WM_WINDOW_TYPE_DOCK" in desktop.run("xprop", "-id", window,
+                                                              "_NET_WM_WINDOW_TYPE")), 800)
 
 
 def item():
@@ -96,7 +99,7 @@ def item():
                      "return {x: x + item.width / 2, y: y + item.height / 2,"
                      "title: item._indicator.label};")
     # Plasma's icon, found by its live dot; the title, by the applet's label a reader finds.
-    top = work_bottom()
+    top = panel_top()
     panel = desktop.run("import", "-window", "root", "-depth", "8", "-crop",
                         f"1280x{800 - top}+0+{top}", "txt:-")
     dots = [(int(x), int(y) + top)
@@ -183,7 +186,7 @@ try:
           f"({bar and bar['title']}; {item()})", bar)
     panel = picture("panel")
     x, y = (bar["x"], bar["y"]) if bar else (0, 0)  # without one the checks below fail alone
-    edge = shell("return Main.panel.height;") if gnome else work_bottom()
+    edge = shell("return Main.panel.height;") if gnome else panel_top()
 
     def opens(what, action):
         desktop.past_same_click()
@@ -213,6 +216,9 @@ try:
         colour = "-format", "%[pixel:p{200,400}]", "info:"  # under the click-away window
         check("the desktop stays in sight around the popover", desktop.run("convert", panel, *colour)
               == desktop.run("convert", picture("popover"), *colour))
+        if not gnome:
+            tasks = desktop.run("/usr/bin/python3", f"{here}/accessible_tree.py", "plasmashell")
+            check("the popover is no task in the task manager", "Scores" not in tasks)
         closes("Escape", lambda: key("Escape"))
     desktop.past_same_click()
     click(x, y, button=1 if gnome else 3)
