@@ -63,8 +63,12 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
 
 void PopoverWindow::toggle(const QRect &anchor)
 {
+    // A second activation this soon after the showing is the same click told twice: GNOME's
+    // AppIndicator extension, before its first activation has returned, sends one on the press
+    // and one on the release of a double click.
     if (isVisible()) {
-        hide();
+        if (m_sinceShown.elapsed() >= sameClickMs)
+            hide();
         return;
     }
     if (m_sinceOutsideClick.isValid() && m_sinceOutsideClick.elapsed() < sameClickMs)
@@ -118,6 +122,7 @@ void PopoverWindow::showBelow(const QRect &anchor)
                        : clearOfPanel(screen->availableGeometry(), panel, screen->geometry());
     setPosition(placement(place, size, available));
     m_sinceShowRequest.start();
+    m_sinceShown.start();
     m_activeSinceShow = false;
     if (!m_grabs)
         m_shield.cover(screen, flags.testFlag(Qt::BypassWindowManagerHint));

@@ -17,6 +17,7 @@
 #include <QAbstractButton>
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusInterface>
 #include <QDesktopServices>
 #include <QMenu>
 #include <QMessageBox>
@@ -250,8 +251,16 @@ private slots:
         QFETCH(int, state);
         QFETCH(QString, label);
         StatusNotifierItem item([] { return QList<MenuEntry>(); }, {});
-        item.setTitle({});
         QSignalSpy announced(&item, &StatusNotifierItem::XAyatanaNewLabel);
+        // A host that has read no label yet reads the newest one: telling it of one before
+        // leaves GNOME's AppIndicator extension holding a label it never draws.
+        item.setTitle({u"\U0001F3CF  Before"_s});
+        QCOMPARE(announced.count(), 0);
+        QDBusInterface host(QDBusConnection::sessionBus().baseService(), u"/StatusNotifierItem"_s,
+                            u"org.kde.StatusNotifierItem"_s);
+        QCOMPARE(host.property("XAyatanaLabel").toString(), u"Before"_s);
+        item.setTitle({});
+        announced.clear();
         QSignalSpy newTip(&item, &StatusNotifierItem::NewToolTip);
         // The same text in another state changes the tool tip, not the label.
         item.setTitle({title, StatusTitle::State(state == 0 ? 1 : 0)});
@@ -555,6 +564,7 @@ private slots:
         QTest::qWait(400); // a click on the item soon after counts as the closing click
         rig.controller.togglePopover(
             QRect(605, 12, 1, 1)); // a host that tells only its click point
+        rig.controller.togglePopover(QRect(605, 12, 1, 1)); // the same click, told twice
         QTRY_VERIFY(popover->isVisible());
         QTest::mousePress(popover, Qt::RightButton, {}, popover->mapFromGlobal(QPoint(610, 10)));
         QTRY_VERIFY(qobject_cast<QMenu *>(QApplication::activePopupWidget()));

@@ -22,8 +22,6 @@ constexpr std::array iconSides{16, 22, 32, 48};
 
 const QString itemPath = QStringLiteral("/StatusNotifierItem");
 const QString menuPath = QStringLiteral("/MenuBar");
-// A name of the item's own, for a panel applet that cannot follow the watcher.
-const QString knownName = QStringLiteral("example.zel.MenuBar.StatusItem");
 
 } // namespace
 
@@ -48,10 +46,8 @@ StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries
     m_bus.registerObject(menuPath, &m_menu,
                          QDBusConnection::ExportScriptableContents |
                              QDBusConnection::ExportAllProperties);
-    for (const QString &name : {m_serviceName, knownName}) {
-        if (!m_bus.registerService(name))
-            qCWarning(lcTray) << "could not take the bus name" << name;
-    }
+    if (!m_bus.registerService(m_serviceName))
+        qCWarning(lcTray) << "could not take the bus name" << m_serviceName;
 
     registerWithWatcher(5);
 }
@@ -81,7 +77,6 @@ void StatusNotifierItem::registerWithWatcher(int attemptsLeft)
 
 StatusNotifierItem::~StatusNotifierItem()
 {
-    m_bus.unregisterService(knownName);
     m_bus.unregisterService(m_serviceName);
     m_bus.unregisterObject(menuPath);
     m_bus.unregisterObject(itemPath);
@@ -125,6 +120,12 @@ QString StatusNotifierItem::iconName() const
                                      : StatusIconArt::nameFor(m_state, !m_offlineNote.isEmpty());
 }
 
+QString StatusNotifierItem::labelForHost() const
+{
+    m_labelRead = true;
+    return label();
+}
+
 QString StatusNotifierItem::labelOf(const QString &title)
 {
     QString label = title;
@@ -142,7 +143,9 @@ void StatusNotifierItem::setTitle(const StatusTitle::Line &title)
     const bool stateChanged = title.state != m_state;
     m_title = title.text;
     m_state = title.state;
-    if (textChanged)
+    // A host that has read no label yet reads this one. GNOME's AppIndicator extension, told of
+    // a label before it has read the item, keeps the text but may never draw it.
+    if (textChanged && m_labelRead)
         emit XAyatanaNewLabel(label(), labelGuide());
     if (stateChanged)
         drawIcon();

@@ -32,7 +32,7 @@ class StatusNotifierItem : public StatusItem {
     Q_PROPERTY(DBusToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
     Q_PROPERTY(QDBusObjectPath Menu READ menu)
-    Q_PROPERTY(QString XAyatanaLabel READ label)
+    Q_PROPERTY(QString XAyatanaLabel READ labelForHost)
     Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide)
     Q_PROPERTY(uint XAyatanaOrderingIndex READ orderingIndex)
 
@@ -64,6 +64,7 @@ public:
     bool itemIsMenu() const { return false; }
     QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/MenuBar")); }
     QString label() const { return labelOf(m_title); }
+    QString labelForHost() const;
     QString labelGuide() const;
     uint orderingIndex() const { return 0; }
 
@@ -101,4 +102,6 @@ private:
     StatusTitle::State m_state = StatusTitle::State::Quiet;
     QString m_offlineNote;
     QRect m_pointedAt;
+    // Whether a host has read the label: only then are new labels announced.
+    mutable bool m_labelRead = false;
 };

@@ -7,43 +7,64 @@ import org.kde.plasma.workspace.dbus as DBus
 // Plasma draws no label for a tray item: this applet shows Zel Menu Bar's whole title in the
 // panel, read from the app's StatusNotifierItem, and a click on it opens the popover there, as
 // a click on the tray icon does. Plasma 6 gives applets calls but no signals, so the label is
-// read again each second while the app runs.
+// read again each second.
 PlasmoidItem {
     id: root
 
-    readonly property string service: "example.zel.MenuBar.StatusItem"
+    // The item's bus name, found among the watcher's items by its Id.
+    property string service: ""
     property string itemLabel: ""
-    readonly property string title: app.registered && itemLabel ? "\u{1F3CF}  " + itemLabel
-                                                                 : "\u{1F3CF}"
+    readonly property string title: service && itemLabel ? "\u{1F3CF}  " + itemLabel : "\u{1F3CF}"
 
     // The signature is the arguments' tuple, parentheses and all.
-    function call(iface, member, args, signature) {
-        return DBus.SessionBus.asyncCall({service: root.service, path: "/StatusNotifierItem",
-                                          iface: iface, member: member, arguments: args,
-                                          signature: signature})
+    function get(service, path, iface, property) {
+        return DBus.SessionBus.asyncCall({service: service, path: path,
+                                          iface: "org.freedesktop.DBus.Properties", member: "Get",
+                                          arguments: [iface, property], signature: "(ss)"})
+    }
+
+    function findItem() {
+        const items = get("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                          "org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems")
+        items.finished.connect(() => {
+            for (const entry of items.isError ? [] : items.value) {
+                const name = String(entry).split("/")[0]
+                const id = get(name, "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Id")
+                id.finished.connect(() => {
+                    if (!id.isError && String(id.value) === "zel-menubar")
+                        root.service = name
+                })
+            }
+        })
+    }
+
+    function readLabel() {
+        const label = get(service, "/StatusNotifierItem", "org.kde.StatusNotifierItem",
+                          "XAyatanaLabel")
+        label.finished.connect(() => {
+            root.itemLabel = label.isError ? "" : String(label.value)
+            if (label.isError)
+                root.service = ""
+        })
     }
 
     DBus.DBusServiceWatcher {
-        id: app
+        id: watcher
         busType: DBus.BusType.Session
-        watchedService: root.service
+        watchedService: "org.kde.StatusNotifierWatcher"
     }
 
     Timer {
         interval: 1000
         repeat: true
         triggeredOnStart: true
-        running: app.registered
-        onTriggered: {
-            const reply = root.call("org.freedesktop.DBus.Properties", "Get",
-                                    ["org.kde.StatusNotifierItem", "XAyatanaLabel"], "(ss)")
-            reply.finished.connect(() => root.itemLabel = reply.isError ? "" : String(reply.value))
-        }
+        running: watcher.registered
+        onTriggered: root.service ? root.readLabel() : root.findItem()
     }
 
     // The applet is its own representation: a panel shows it as it is.
     preferredRepresentation: fullRepresentation
-    toolTipMainText: app.registered ? "" : i18n("Zel Menu Bar is not running")
+    toolTipMainText: service ? "" : i18n("Zel Menu Bar is not running")
     Layout.minimumWidth: label.implicitWidth
     Layout.preferredWidth: label.implicitWidth
 
@@ -54,8 +75,11 @@ PlasmoidItem {
 
         onClicked: mouse => {
             const at = mapToGlobal(mouse.x, mouse.y)
-            root.call("org.kde.StatusNotifierItem", "Activate", [Math.round(at.x), Math.round(at.y)],
-                      "(ii)")
+            if (root.service)
+                DBus.SessionBus.asyncCall({service: root.service, path: "/StatusNotifierItem",
+                                           iface: "org.kde.StatusNotifierItem", member: "Activate",
+                                           arguments: [Math.round(at.x), Math.round(at.y)],
+                                           signature: "(ii)"})
         }
 
         PlasmaComponents3.Label {
