@@ -67,13 +67,14 @@ void PopoverWindow::toggle(const QRect &anchor)
     // AppIndicator extension, before its first activation has returned, sends one on the press
     // and one on the release of a double click.
     if (isVisible()) {
-        if (m_sinceShown.elapsed() >= sameClickMs)
+        if (!m_sinceToggledOpen.isValid() || m_sinceToggledOpen.elapsed() >= sameClickMs)
             hide();
         return;
     }
     if (m_sinceOutsideClick.isValid() && m_sinceOutsideClick.elapsed() < sameClickMs)
         return;
     showBelow(anchor);
+    m_sinceToggledOpen.start();
 }
 
 void PopoverWindow::closeAway()
@@ -122,7 +123,7 @@ void PopoverWindow::showBelow(const QRect &anchor)
                        : clearOfPanel(screen->availableGeometry(), panel, screen->geometry());
     setPosition(placement(place, size, available));
     m_sinceShowRequest.start();
-    m_sinceShown.start();
+    m_sinceToggledOpen.invalidate();
     m_activeSinceShow = false;
     if (!m_grabs)
         m_shield.cover(screen, flags.testFlag(Qt::BypassWindowManagerHint));

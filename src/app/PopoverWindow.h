@@ -56,5 +56,5 @@ private:
     QRect m_anchor; // the status item it hangs from, in screen coordinates
     QElapsedTimer m_sinceOutsideClick;
     QElapsedTimer m_sinceShowRequest;
-    QElapsedTimer m_sinceShown;
+    QElapsedTimer m_sinceToggledOpen; // a click on the item that showed it
 };
