@@ -36,7 +36,7 @@ def shell(script):
 
 ITEM = ("const item = Object.entries(Main.panel.statusArea)"
         ".find(([key]) => key.startsWith('appindicator-'))?.[1];")
-NOW = "const C = imports.gi.Clutter; const t = imports.gi.GLib.get_monotonic_time();"
+NOW = "const t = imports.gi.GLib.get_monotonic_time();"
 
 
 def click(x, y, button=1, times=1):
@@ -49,10 +49,12 @@ def click(x, y, button=1, times=1):
 
 
 def key(name):
+    """On GNOME as the key's evdev code: Xwayland under GNOME 48 drops a bare keysym."""
     if not gnome:
         return desktop.key(name)
-    shell(f"{NOW} global.zelKeys.notify_keyval(t, C.KEY_{name}, 1);"
-          f"global.zelKeys.notify_keyval(t, C.KEY_{name}, 0); return 1;")
+    code = {"Escape": 1}[name]
+    shell(f"{NOW} global.zelKeys.notify_key(t, {code}, 1);"
+          f"global.zelKeys.notify_key(t, {code}, 0); return 1;")
 
 
 def picture(name):

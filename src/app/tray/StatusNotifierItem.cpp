@@ -120,10 +120,19 @@ QString StatusNotifierItem::iconName() const
                                      : StatusIconArt::nameFor(m_state, !m_offlineNote.isEmpty());
 }
 
-QString StatusNotifierItem::labelForHost() const
+QString StatusNotifierItem::labelForHost()
 {
-    m_labelRead = true;
-    return label();
+    // GNOME's AppIndicator extension (59) draws no label it reads while it sets the item up, only
+    // one it is told of afterwards, and that reliably only with the rest of a title's news: the
+    // first read finds none, and the label follows, with the icon and the tool tip.
+    if (std::exchange(m_labelRead, true) || label().isEmpty())
+        return label();
+    QTimer::singleShot(0, this, [this] {
+        emit XAyatanaNewLabel(label(), labelGuide());
+        emit NewIcon();
+        emit NewToolTip();
+    });
+    return {};
 }
 
 QString StatusNotifierItem::labelOf(const QString &title)
@@ -143,8 +152,7 @@ void StatusNotifierItem::setTitle(const StatusTitle::Line &title)
     const bool stateChanged = title.state != m_state;
     m_title = title.text;
     m_state = title.state;
-    // A host that has read no label yet reads this one. GNOME's AppIndicator extension, told of
-    // a label before it has read the item, keeps the text but may never draw it.
+    // A host that has read no label yet reads this one.
     if (textChanged && m_labelRead)
         emit XAyatanaNewLabel(label(), labelGuide());
     if (stateChanged)

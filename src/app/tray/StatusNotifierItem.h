@@ -64,7 +64,7 @@ public:
     bool itemIsMenu() const { return false; }
     QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/MenuBar")); }
     QString label() const { return labelOf(m_title); }
-    QString labelForHost() const;
+    QString labelForHost(); // notes the host's first read
     QString labelGuide() const;
     uint orderingIndex() const { return 0; }
 
@@ -103,5 +103,5 @@ private:
     QString m_offlineNote;
     QRect m_pointedAt;
     // Whether a host has read the label: only then are new labels announced.
-    mutable bool m_labelRead = false;
+    bool m_labelRead = false;
 };
