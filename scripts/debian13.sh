@@ -4,9 +4,9 @@
 # that nothing walking the tree walks the root). The root is entered with chroot; the tests run in
 # a network namespace of their own, so that their ports and X displays are nobody else's. The
 # builds go to build/debian13/<preset>.
-# Usage: scripts/debian13.sh [dev|asan|optimised|package|shell]
+# Usage: scripts/debian13.sh [dev|asan|optimised|package|shell|run COMMAND]
 #   (package: the Debian 13 .deb, built and checked as scripts/package.sh does; shell: a shell in
-#   the root, offline)
+#   the root, offline; run: a command there, offline)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -64,6 +64,8 @@ inside() { # inside [--offline] COMMAND
 inside scripts/install-deps.sh
 if [[ $preset == shell ]]; then
     inside --offline "exec bash -i"
+elif [[ $preset == run ]]; then
+    inside --offline "$2"
 elif [[ $preset == package ]]; then
     inside scripts/package.sh
 else

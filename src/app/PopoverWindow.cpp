@@ -63,13 +63,18 @@ PopoverWindow::PopoverWindow(PopoverController &controller)
 
 void PopoverWindow::toggle(const QRect &anchor)
 {
+    // A second activation this soon after the showing is the same click told twice: GNOME's
+    // AppIndicator extension, before its first activation has returned, sends one on the press
+    // and one on the release of a double click.
     if (isVisible()) {
-        hide();
+        if (!m_sinceToggledOpen.isValid() || m_sinceToggledOpen.elapsed() >= sameClickMs)
+            hide();
         return;
     }
     if (m_sinceOutsideClick.isValid() && m_sinceOutsideClick.elapsed() < sameClickMs)
         return;
     showBelow(anchor);
+    m_sinceToggledOpen.start();
 }
 
 void PopoverWindow::closeAway()
@@ -112,8 +117,13 @@ void PopoverWindow::showBelow(const QRect &anchor)
         flags |= Qt::BypassWindowManagerHint;
     setFlags(flags);
     setScreen(screen);
-    setPosition(placement(place, size, screen->availableGeometry()));
+    const QRect panel = XDisplayProbe::dockAt(place.center());
+    const QRect available =
+        panel.isNull() ? screen->availableGeometry()
+                       : clearOfPanel(screen->availableGeometry(), panel, screen->geometry());
+    setPosition(placement(place, size, available));
     m_sinceShowRequest.start();
+    m_sinceToggledOpen.invalidate();
     m_activeSinceShow = false;
     if (!m_grabs)
         m_shield.cover(screen, flags.testFlag(Qt::BypassWindowManagerHint));
@@ -160,6 +170,20 @@ QPoint PopoverWindow::placement(const QRect &anchor, QSize windowSize, const QRe
     x = qMax(available.left(), qMin(x, available.right() + 1 - windowSize.width()));
     y = qMax(available.top(), qMin(y, available.bottom() + 1 - windowSize.height()));
     return {x, y};
+}
+
+QRect PopoverWindow::clearOfPanel(QRect available, const QRect &panel, const QRect &screen)
+{
+    const QPoint offCentre = panel.center() - screen.center();
+    if (panel.width() >= panel.height() && offCentre.y() < 0)
+        available.setTop(qMax(available.top(), panel.bottom() + 1));
+    else if (panel.width() >= panel.height())
+        available.setBottom(qMin(available.bottom(), panel.top() - 1));
+    else if (offCentre.x() < 0)
+        available.setLeft(qMax(available.left(), panel.right() + 1));
+    else
+        available.setRight(qMin(available.right(), panel.left() - 1));
+    return available;
 }
 
 QRect PopoverWindow::trayCorner(const QRect &screen, const QRect &available)

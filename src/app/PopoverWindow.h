@@ -28,6 +28,9 @@ public:
     // An anchor in a panel (outside the available area) puts the popover flush against the
     // panel's edge.
     static QPoint placement(const QRect &anchor, QSize windowSize, const QRect &available);
+    // The available area without the panel that holds the item: a panel that floats off the
+    // screen's edge reserves less of the screen than its window covers.
+    static QRect clearOfPanel(QRect available, const QRect &panel, const QRect &screen);
     // Where a panel's tray is when no host has said: the right end of the edge the panel takes
     // from the screen, the top one unless only the bottom one is taken.
     static QRect trayCorner(const QRect &screen, const QRect &available);
@@ -53,4 +56,5 @@ private:
     QRect m_anchor; // the status item it hangs from, in screen coordinates
     QElapsedTimer m_sinceOutsideClick;
     QElapsedTimer m_sinceShowRequest;
+    QElapsedTimer m_sinceToggledOpen; // a click on the item that showed it
 };

@@ -16,16 +16,27 @@ xcb_atom_t atom(xcb_connection_t *x, const char *name)
     return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
-// A property of a window, up to 256 bytes of it.
-QByteArray property(xcb_connection_t *x, xcb_window_t window, xcb_atom_t name, xcb_atom_t type)
+// A property of a window, up to the given number of 32-bit units of it.
+QByteArray property(xcb_connection_t *x, xcb_window_t window, xcb_atom_t name, xcb_atom_t type,
+                    uint32_t units = 64)
 {
     const Owned<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(x, xcb_get_property(x, 0, window, name, type, 0, 64), nullptr),
+        xcb_get_property_reply(x, xcb_get_property(x, 0, window, name, type, 0, units), nullptr),
         &free);
     if (!reply)
         return {};
     return QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
                       xcb_get_property_value_length(reply.get()));
+}
+
+// A property that is a list of 32-bit values (windows, atoms).
+template <typename Value>
+QList<Value> values(xcb_connection_t *x, xcb_window_t window, xcb_atom_t name, xcb_atom_t type)
+{
+    const QByteArray bytes = property(x, window, name, type, 4096);
+    QList<Value> list(bytes.size() / qsizetype(sizeof(Value)));
+    memcpy(list.data(), bytes.constData(), size_t(list.size()) * sizeof(Value));
+    return list;
 }
 } // namespace
 
@@ -71,4 +82,31 @@ bool XDisplayProbe::isXwayland()
     return std::any_of(screens.cbegin(), screens.cend(), [](const QScreen *screen) {
         return screen->name().startsWith(QLatin1StringView("XWAYLAND"));
     });
+}
+
+QRect XDisplayProbe::dockAt(const QPoint &point)
+{
+    xcb_connection_t *x = connection();
+    if (!x)
+        return {};
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+    const xcb_atom_t type = atom(x, "_NET_WM_WINDOW_TYPE");
+    const xcb_atom_t dock = atom(x, "_NET_WM_WINDOW_TYPE_DOCK");
+    for (xcb_window_t window :
+         values<xcb_window_t>(x, root, atom(x, "_NET_CLIENT_LIST"), XCB_ATOM_WINDOW)) {
+        if (!values<xcb_atom_t>(x, window, type, XCB_ATOM_ATOM).contains(dock))
+            continue;
+        const Owned<xcb_get_geometry_reply_t> size(
+            xcb_get_geometry_reply(x, xcb_get_geometry(x, window), nullptr), &free);
+        const Owned<xcb_translate_coordinates_reply_t> origin(
+            xcb_translate_coordinates_reply(x, xcb_translate_coordinates(x, window, root, 0, 0),
+                                            nullptr),
+            &free);
+        if (!size || !origin)
+            continue;
+        const QRect frame(origin->dst_x, origin->dst_y, size->width, size->height);
+        if (frame.contains(point))
+            return frame;
+    }
+    return {};
 }

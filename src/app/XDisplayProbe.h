@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <QString>
 #include <xcb/xcb.h>
 
@@ -12,6 +13,9 @@ public:
     // Xwayland under a Wayland compositor: its grabs see nothing of the compositor's own
     // surfaces, so only the focus tells of a click on them.
     static bool isXwayland();
+    // The frame of the dock (a panel) that holds the point, in root coordinates; null when no
+    // dock does, or off X11.
+    static QRect dockAt(const QPoint &point);
 
 private:
     static xcb_connection_t *connection();

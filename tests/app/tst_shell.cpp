@@ -17,6 +17,7 @@
 #include <QAbstractButton>
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusInterface>
 #include <QDesktopServices>
 #include <QMenu>
 #include <QMessageBox>
@@ -127,28 +128,44 @@ private slots:
     }
 
     // Places no real host of the desktop tests gives. A null anchor is a host that gave no
-    // point: the popover hangs from the tray's corner.
+    // point: the popover hangs from the tray's corner. A panel is the window that holds the
+    // item, where it floats off the screen's edge or covers more than it reserves.
     void placement_data()
     {
         QTest::addColumn<QRect>("anchor");
         QTest::addColumn<QRect>("available");
+        QTest::addColumn<QRect>("panel");
         QTest::addColumn<QPoint>("expected");
         // The screen below a 24 px panel at the top: (0, 24) to (1279, 799).
         const QRect screen(0, 24, 1280, 776);
         const QRect overBottomPanel(0, 0, 1280, 760);
         QTest::addRow("above an icon at the bottom of the area")
-            << QRect(600, 776, 24, 24) << screen << QPoint(421, 272);
+            << QRect(600, 776, 24, 24) << screen << QRect() << QPoint(421, 272);
         QTest::addRow("a screen smaller than the popover shows its top left")
-            << QRect(100, 0, 24, 24) << QRect(0, 0, 320, 240) << QPoint(0, 0);
-        QTest::addRow("no point, a top bar") << QRect() << screen << QPoint(900, 24);
-        QTest::addRow("no point, a bottom panel") << QRect() << overBottomPanel << QPoint(900, 260);
-        QTest::addRow("no point, no panel") << QRect() << QRect(0, 0, 1280, 800) << QPoint(900, 0);
+            << QRect(100, 0, 24, 24) << QRect(0, 0, 320, 240) << QRect() << QPoint(0, 0);
+        QTest::addRow("no point, a top bar") << QRect() << screen << QRect() << QPoint(900, 24);
+        QTest::addRow("no point, a bottom panel")
+            << QRect() << overBottomPanel << QRect() << QPoint(900, 260);
+        QTest::addRow("no point, no panel")
+            << QRect() << QRect(0, 0, 1280, 800) << QRect() << QPoint(900, 0);
+        const QRect point(900, 770, 1, 1);
+        QTest::addRow("over a floating bottom panel")
+            << point << overBottomPanel << QRect(0, 744, 1280, 56) << QPoint(710, 244);
+        QTest::addRow("under a floating top panel")
+            << QRect(600, 16, 1, 1) << screen << QRect(0, 0, 1280, 48) << QPoint(410, 48);
+        QTest::addRow("beside a left panel") << QRect(20, 400, 1, 1) << QRect(40, 0, 1240, 800)
+                                             << QRect(0, 0, 48, 800) << QPoint(48, 300);
+        QTest::addRow("beside a right panel") << QRect(1260, 100, 1, 1) << QRect(0, 0, 1240, 800)
+                                              << QRect(1232, 0, 48, 800) << QPoint(852, 105);
     }
 
     void placement()
     {
         QFETCH(QRect, anchor);
         QFETCH(QRect, available);
+        QFETCH(QRect, panel);
+        if (!panel.isNull())
+            available = PopoverWindow::clearOfPanel(available, panel, {0, 0, 1280, 800});
         const QRect at =
             anchor.isNull() ? PopoverWindow::trayCorner({0, 0, 1280, 800}, available) : anchor;
         const QPoint placed = PopoverWindow::placement(at, PopoverWindow::size, available);
@@ -178,6 +195,7 @@ private slots:
         QTest::addColumn<int>("newIcons");
         QTest::addRow("quiet") << int(State::Quiet) << false << 0;
         QTest::addRow("live") << int(State::Live) << false << 1;
+        QTest::addRow("delayed") << int(State::Delayed) << false << 1;
         QTest::addRow("delayed, offline") << int(State::Delayed) << true << 2;
     }
 
@@ -185,7 +203,7 @@ private slots:
     {
         QFETCH(int, state);
         QFETCH(bool, offline);
-        StatusNotifierItem item([] { return QList<MenuEntry>(); });
+        StatusNotifierItem item([] { return QList<MenuEntry>(); }, m_home.filePath(u"icons"_s));
         QSignalSpy newIcon(&item, &StatusNotifierItem::NewIcon);
         item.setTitle({u"\U0001F3CF  A"_s, StatusTitle::State(state)});
         item.setTitle({u"\U0001F3CF  B"_s, StatusTitle::State(state)}); // the text alone
@@ -206,6 +224,12 @@ private slots:
             }
         }
         QCOMPARE(sides, (QList<int>{16, 22, 32, 48}));
+        // Hosts that draw the named icon show the same picture.
+        const QImage named(
+            u"%1/hicolor/22x22/apps/%2.png"_s.arg(item.iconThemePath(), item.iconName()));
+        QCOMPARE(named.convertToFormat(QImage::Format_ARGB32),
+                 StatusIconArt::image(StatusTitle::State(state), offline, 22)
+                     .convertToFormat(QImage::Format_ARGB32));
     }
 
     // What a panel reads from the item: the title without the bat as the label, the whole
@@ -226,9 +250,20 @@ private slots:
         QFETCH(QString, title);
         QFETCH(int, state);
         QFETCH(QString, label);
-        StatusNotifierItem item([] { return QList<MenuEntry>(); });
-        item.setTitle({});
+        StatusNotifierItem item([] { return QList<MenuEntry>(); }, {});
         QSignalSpy announced(&item, &StatusNotifierItem::XAyatanaNewLabel);
+        // Nothing is announced before a host reads; the first read finds no label, which then
+        // follows as news (GNOME's extension draws only a label it is told of).
+        item.setTitle({u"\U0001F3CF  Before"_s});
+        QCOMPARE(announced.count(), 0);
+        QDBusInterface host(QDBusConnection::sessionBus().baseService(), u"/StatusNotifierItem"_s,
+                            u"org.kde.StatusNotifierItem"_s);
+        QCOMPARE(host.property("XAyatanaLabel").toString(), QString());
+        QTRY_COMPARE(announced.count(), 1);
+        QCOMPARE(announced[0][0].toString() + host.property("XAyatanaLabel").toString(),
+                 u"BeforeBefore"_s);
+        item.setTitle({});
+        announced.clear();
         QSignalSpy newTip(&item, &StatusNotifierItem::NewToolTip);
         // The same text in another state changes the tool tip, not the label.
         item.setTitle({title, StatusTitle::State(state == 0 ? 1 : 0)});
@@ -251,7 +286,7 @@ private slots:
     // is kept there for the openings that come with no point.
     void activateTellsTheClickPoint()
     {
-        StatusNotifierItem item([] { return QList<MenuEntry>(); });
+        StatusNotifierItem item([] { return QList<MenuEntry>(); }, {});
         QSignalSpy clicked(&item, &StatusNotifierItem::leftClicked);
         QCOMPARE(item.anchor(), QRect());
         for (const QPoint at : {QPoint(0, 0), QPoint(0, 9), QPoint(9, 0), QPoint(0, 0)})
@@ -532,6 +567,7 @@ private slots:
         QTest::qWait(400); // a click on the item soon after counts as the closing click
         rig.controller.togglePopover(
             QRect(605, 12, 1, 1)); // a host that tells only its click point
+        rig.controller.togglePopover(QRect(605, 12, 1, 1)); // the same click, told twice
         QTRY_VERIFY(popover->isVisible());
         QTest::mousePress(popover, Qt::RightButton, {}, popover->mapFromGlobal(QPoint(610, 10)));
         QTRY_VERIFY(qobject_cast<QMenu *>(QApplication::activePopupWidget()));

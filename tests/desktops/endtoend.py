@@ -13,10 +13,12 @@ import signal
 import subprocess
 import sys
 import traceback
+import time
 import urllib.request
 
-from desktop import (GAP, Desktop, StatusItem, call, enable_accessibility, publish_portal,
-                     register_host, registered_item, wait_for, wait_steady, watch_labels)
+from desktop import (GAP, SAME_CLICK_SECONDS, Desktop, StatusItem, call, enable_accessibility,
+                     publish_portal, register_host, registered_item, wait_for, wait_steady,
+                     watch_labels)
 from gi.repository import GLib
 
 app, simulator, version, output = sys.argv[1:5]
@@ -344,10 +346,14 @@ try:
         activate_to(item, True, x)
         desktop.check_placed(f"under weston the popover opens where the item asked ({x}, 30)",
                              wait_steady(popover), x, 30 + 1 + GAP)
+        # weston hands the keyboard over after it shows the window, later on a busy machine
+        wait_for(lambda: desktop.run("xdotool", "getwindowfocus", "getwindowname")
+                 .startswith("Scores"))
         desktop.key("Escape")
         check("Escape closes it", popover_becomes(False))
-    check("and the item opens and closes it again",
-          activate_to(item, True) and activate_to(item, False))
+    # A second activation within a click's time of the showing is taken as the same click.
+    check("and the item opens and closes it again", activate_to(item, True)
+          and not time.sleep(SAME_CLICK_SECONDS) and activate_to(item, False))
     kinds = ("TelemetryDeck.Acquisition.newInstallDetected", "app.launched",
              "TelemetryDeck.Session.started")
     counts = wait_for(lambda: types().count(kinds[2]) == 3 and [types().count(k) for k in kinds])

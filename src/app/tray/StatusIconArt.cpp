@@ -28,6 +28,22 @@ QColor StatusIconArt::dotColour(State state, bool offline)
     return QColor();
 }
 
+QString StatusIconArt::nameFor(State state, bool offline)
+{
+    QString name = QStringLiteral("zel-menubar");
+    if (offline)
+        return name + QStringLiteral("-offline");
+    switch (state) {
+    case State::Live:
+        return name + QStringLiteral("-live");
+    case State::Delayed:
+        return name + QStringLiteral("-delayed");
+    case State::Quiet:
+        break;
+    }
+    return name;
+}
+
 QImage StatusIconArt::image(State state, bool offline, int side)
 {
     QImage image = bat(side);

@@ -17,4 +17,6 @@ public:
     static QImage image(State state, bool offline, int side);
     static QIcon iconFor(State state, bool offline);
     static QColor dotColour(State state, bool offline); // invalid: no dot
+    // A name for each picture, so that hosts that look icons up by name never show a stale one.
+    static QString nameFor(State state, bool offline);
 };

@@ -6,6 +6,7 @@
 
 #include <QDBusConnectionInterface>
 #include <QLoggingCategory>
+#include <QStandardPaths>
 
 namespace {
 Q_LOGGING_CATEGORY(lcSwitch, "zel.tray")
@@ -54,7 +55,9 @@ void StatusItemSwitch::choose(bool watcherPresent)
     m_backend.reset();
     m_usesStatusNotifierItem = watcherPresent;
     if (watcherPresent)
-        m_backend = std::make_unique<StatusNotifierItem>(m_menuEntries);
+        m_backend = std::make_unique<StatusNotifierItem>(
+            m_menuEntries, QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                               QStringLiteral("/ZelMenuBar/status-icons"));
     else
         m_backend = std::make_unique<TrayIconStatusItem>();
     qCInfo(lcSwitch) << "status item:"

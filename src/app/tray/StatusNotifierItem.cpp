@@ -3,30 +3,40 @@
 #include "StatusIconArt.h"
 #include "StatusTitle.h"
 
+#include <array>
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QDir>
 #include <QImage>
 #include <QLoggingCategory>
+#include <QSaveFile>
 #include <QTimer>
+#include <utility>
 
 namespace {
 
 Q_LOGGING_CATEGORY(lcTray, "zel.tray")
+
+constexpr std::array iconSides{16, 22, 32, 48};
 
 const QString itemPath = QStringLiteral("/StatusNotifierItem");
 const QString menuPath = QStringLiteral("/MenuBar");
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries, QObject *parent)
+StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries,
+                                       const QString &iconFolder, QObject *parent)
     : StatusItem(parent)
     , m_bus(QDBusConnection::sessionBus())
     , m_serviceName(
           QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()))
     , m_menu(std::move(menuEntries))
+    , m_iconThemePath(writeIconTheme(iconFolder) ? iconFolder : QString())
     , m_title(StatusTitle::bat)
 {
+    if (m_iconThemePath.isEmpty())
+        qCWarning(lcTray) << "could not write the status icons to" << iconFolder;
     drawIcon();
     registerDBusWireTypes();
     m_bus.registerObject(itemPath, this,
@@ -72,6 +82,59 @@ StatusNotifierItem::~StatusNotifierItem()
     m_bus.unregisterObject(itemPath);
 }
 
+bool StatusNotifierItem::writeIconTheme(const QString &folder)
+{
+    using State = StatusTitle::State;
+    const QDir theme(folder + QStringLiteral("/hicolor"));
+    QStringList directories;
+    for (int side : iconSides) {
+        const QString directory = QStringLiteral("%1x%1/apps").arg(side);
+        directories << directory;
+        if (!theme.mkpath(directory))
+            return false;
+        // Old data looks the same whatever the state.
+        for (auto [state, offline] : {std::pair{State::Quiet, false},
+                                      {State::Live, false},
+                                      {State::Delayed, false},
+                                      {State::Quiet, true}}) {
+            const QString file =
+                QStringLiteral("%1/%2.png").arg(directory, StatusIconArt::nameFor(state, offline));
+            if (!StatusIconArt::image(state, offline, side).save(theme.filePath(file)))
+                return false;
+        }
+    }
+    QString sizes;
+    for (int side : iconSides)
+        sizes += QStringLiteral("\n[%1x%1/apps]\nSize=%1\nType=Fixed\n").arg(side);
+    QSaveFile index(theme.filePath(QStringLiteral("index.theme")));
+    return index.open(QIODevice::WriteOnly) &&
+           index.write(QStringLiteral("[Icon Theme]\nName=Hicolor\nDirectories=%1\n%2")
+                           .arg(directories.join(u','), sizes)
+                           .toUtf8()) > 0 &&
+           index.commit();
+}
+
+QString StatusNotifierItem::iconName() const
+{
+    return m_iconThemePath.isEmpty() ? QString()
+                                     : StatusIconArt::nameFor(m_state, !m_offlineNote.isEmpty());
+}
+
+QString StatusNotifierItem::labelForHost()
+{
+    // GNOME's AppIndicator extension (59) draws no label it reads while it sets the item up, only
+    // one it is told of afterwards, and that reliably only with the rest of a title's news: the
+    // first read finds none, and the label follows, with the icon and the tool tip.
+    if (std::exchange(m_labelRead, true) || label().isEmpty())
+        return label();
+    QTimer::singleShot(0, this, [this] {
+        emit XAyatanaNewLabel(label(), labelGuide());
+        emit NewIcon();
+        emit NewToolTip();
+    });
+    return {};
+}
+
 QString StatusNotifierItem::labelOf(const QString &title)
 {
     QString label = title;
@@ -89,7 +152,8 @@ void StatusNotifierItem::setTitle(const StatusTitle::Line &title)
     const bool stateChanged = title.state != m_state;
     m_title = title.text;
     m_state = title.state;
-    if (textChanged)
+    // A host that has read no label yet reads this one.
+    if (textChanged && m_labelRead)
         emit XAyatanaNewLabel(label(), labelGuide());
     if (stateChanged)
         drawIcon();
@@ -153,7 +217,7 @@ void StatusNotifierItem::ProvideXdgActivationToken(const QString &) {}
 void StatusNotifierItem::drawIcon()
 {
     m_icon.clear();
-    for (int side : {16, 22, 32, 48}) {
+    for (int side : iconSides) {
         const QImage drawn = StatusIconArt::image(m_state, !m_offlineNote.isEmpty(), side)
                                  .convertToFormat(QImage::Format_ARGB32);
         DBusImage image{side, side, {}};

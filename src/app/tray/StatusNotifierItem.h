@@ -9,9 +9,10 @@
 
 // The status item as an org.kde.StatusNotifierItem: the bat as the icon, with the tray icon's
 // dot for a live match, a delay or old data (Plasma draws no label, so there the icon is all a
-// glance gets), the rest of the title as the Ayatana label (hosts draw the label after the icon,
-// so the panel reads as the title), the whole title as the tool tip, and the context menu
-// exported over dbusmenu.
+// glance gets), both as pixels and by a name in a theme folder of the app's own, since some hosts
+// draw only a named icon and others prefer the name to the pixels, the rest of the title as the
+// Ayatana label (hosts draw the label after the icon, so the panel reads as the title), the whole
+// title as the tool tip, and the context menu exported over dbusmenu.
 class StatusNotifierItem : public StatusItem {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
@@ -21,6 +22,7 @@ class StatusNotifierItem : public StatusItem {
     Q_PROPERTY(QString Status READ status)
     Q_PROPERTY(int WindowId READ windowId)
     Q_PROPERTY(QString IconName READ iconName)
+    Q_PROPERTY(QString IconThemePath READ iconThemePath)
     Q_PROPERTY(DBusImageList IconPixmap READ iconPixmap)
     Q_PROPERTY(QString OverlayIconName READ emptyText)
     Q_PROPERTY(DBusImageList OverlayIconPixmap READ noImages)
@@ -30,14 +32,15 @@ class StatusNotifierItem : public StatusItem {
     Q_PROPERTY(DBusToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
     Q_PROPERTY(QDBusObjectPath Menu READ menu)
-    Q_PROPERTY(QString XAyatanaLabel READ label)
+    Q_PROPERTY(QString XAyatanaLabel READ labelForHost)
     Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide)
     Q_PROPERTY(uint XAyatanaOrderingIndex READ orderingIndex)
 
 public:
-    // Registers on the session bus and with the StatusNotifierWatcher.
-    explicit StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries,
-                                QObject *parent = nullptr);
+    // Registers on the session bus and with the StatusNotifierWatcher. The named icons go to a
+    // theme in the icon folder; without one, hosts get the pixels alone.
+    StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries, const QString &iconFolder,
+                       QObject *parent = nullptr);
     ~StatusNotifierItem() override;
 
     void setTitle(const StatusTitle::Line &title) override;
@@ -52,7 +55,8 @@ public:
     QString title() const { return QStringLiteral("Zel Menu Bar"); }
     QString status() const { return QStringLiteral("Active"); }
     int windowId() const { return 0; }
-    QString iconName() const { return QStringLiteral("zel-menubar"); }
+    QString iconName() const;
+    QString iconThemePath() const { return m_iconThemePath; }
     DBusImageList iconPixmap() const { return m_icon; }
     QString emptyText() const { return {}; }
     DBusImageList noImages() const { return {}; }
@@ -60,6 +64,7 @@ public:
     bool itemIsMenu() const { return false; }
     QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/MenuBar")); }
     QString label() const { return labelOf(m_title); }
+    QString labelForHost(); // notes the host's first read
     QString labelGuide() const;
     uint orderingIndex() const { return 0; }
 
@@ -81,6 +86,8 @@ signals:
 
 private:
     void drawIcon();
+    // Every picture the item can show, as PNGs of a hicolor theme under the folder.
+    static bool writeIconTheme(const QString &folder);
     // The box a host's point stands for; null for the 0, 0 of a host that does not know it.
     QRect pointAt(int x, int y);
     // A watcher that has just taken its bus name may not answer yet: try a few times.
@@ -90,8 +97,11 @@ private:
     QString m_serviceName;
     DBusMenuExporter m_menu;
     DBusImageList m_icon;
+    QString m_iconThemePath;
     QString m_title;
     StatusTitle::State m_state = StatusTitle::State::Quiet;
     QString m_offlineNote;
     QRect m_pointedAt;
+    // Whether a host has read the label: only then are new labels announced.
+    bool m_labelRead = false;
 };
