@@ -1,5 +1,6 @@
 #include "PopoverWindow.h"
 
+#include "PlasmaPanels.h"
 #include "PopoverController.h"
 #include "PopoverScene.h"
 #include "XDisplayProbe.h"
@@ -117,7 +118,10 @@ void PopoverWindow::showBelow(const QRect &anchor)
         flags |= Qt::BypassWindowManagerHint;
     setFlags(flags);
     setScreen(screen);
-    const QRect panel = XDisplayProbe::dockAt(place.center());
+    // A panel the X display does not show, such as Plasma's under Wayland, its shell describes.
+    QRect panel = XDisplayProbe::dockAt(place.center());
+    if (panel.isNull())
+        panel = PlasmaPanels::panelAt(place.center());
     const QRect available =
         panel.isNull() ? screen->availableGeometry()
                        : clearOfPanel(screen->availableGeometry(), panel, screen->geometry());

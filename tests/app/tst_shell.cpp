@@ -5,6 +5,7 @@
 #include "FixtureServer.h"
 #include "LoginItem.h"
 #include "MenuBarController.h"
+#include "PlasmaPanels.h"
 #include "PopoverWindow.h"
 #include "SignalQuitter.h"
 #include "SingleInstance.h"
@@ -171,6 +172,17 @@ private slots:
         const QPoint placed = PopoverWindow::placement(at, PopoverWindow::size, available);
         QTEST(placed, "expected");
         QVERIFY(available.width() < 380 || available.contains(QRect(placed, PopoverWindow::size)));
+    }
+
+    // Plasma's panels as surfaces: a floating one's reaches 8 px beyond it on each side.
+    void plasmaPanelSurfaces()
+    {
+        QCOMPARE(
+            PlasmaPanels::surfaces(u"bottom 40 true 0 0 1280 800\nnone\ntop 24 false 1280 0 "
+                                   "1920 1080\nleft 48 true 0 0 1280 800\nright 30 false 0 0 "
+                                   "1280 800"_s),
+            (QList<QRect>{
+                {0, 744, 1280, 56}, {1280, 0, 1920, 24}, {0, 0, 64, 800}, {1250, 0, 30, 800}}));
     }
 
     // DO_NOT_TRACK=1, the convention across tools, turns the analytics off; nothing else does.

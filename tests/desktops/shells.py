@@ -1,12 +1,13 @@
 #!/usr/bin/python3
-"""The app under a real shell, headless, as a person uses it: GNOME Shell 43 with the AppIndicator
-extension (X11; Wayland, the app on Xwayland) or KDE Plasma 5.27 or 6.3 on X11. The title in the
-panel; the popover against the panel at the item (clear of the panel's whole window, which a
-floating panel's reserved area does not reach) after a click and after the shell's own "Show
-Scores", and never a task; Escape, a click on the desktop and a right click on the item (opening
-the shell's menu) closing it. Pictures of the panel and the popover go to the output folder.
+"""The app under a real shell, headless, as a person uses it: GNOME Shell 43 or 48 with the
+AppIndicator extension (X11; Wayland, the app on Xwayland) or KDE Plasma 5.27 or 6.3 (X11; 6.3's
+Wayland, kwin drawing into an X server's window). The title in the panel; the popover against
+the panel at the item (clear of the panel's whole surface, which a floating panel's reserved area
+does not reach) after a click and after the shell's own "Show Scores", and never a task; Escape,
+a click on the desktop and a right click on the item (opening the shell's menu) closing it.
+Pictures of the panel and the popover go to the output folder.
 
-Usage: shells.py gnome-x11|gnome-wayland|plasma-x11 APP SIMULATOR OUTPUT_FOLDER
+Usage: shells.py gnome-x11|gnome-wayland|plasma-x11|plasma-wayland APP SIMULATOR OUTPUT_FOLDER
 """
 import json
 import os
@@ -15,7 +16,7 @@ import shutil
 import subprocess
 import sys
 
-from desktop import BUS, Desktop, call, enable_accessibility, wait_for, wait_steady
+from desktop import BUS, SCREEN, Desktop, call, enable_accessibility, wait_for, wait_steady
 from gi.repository import Gio, GLib
 
 session, app, simulator, output = sys.argv[1:5]
@@ -39,10 +40,17 @@ ITEM = ("const item = Object.entries(Main.panel.statusArea)"
 NOW = "const t = imports.gi.GLib.get_monotonic_time();"
 
 
+def on_screen(*command):
+    """A command on the X display a person sees and types into (Plasma's Wayland: kwin's)."""
+    return subprocess.run(command, env=dict(env, DISPLAY=screen), capture_output=True, text=True,
+                          timeout=20).stdout.strip()
+
+
 def click(x, y, button=1, times=1):
     """On GNOME through the shell's own virtual pointer, which reaches its Wayland surfaces."""
     if not gnome:
-        return desktop.click(x, y, button, times)
+        return on_screen("xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(times),
+                         str(button))
     shell(f"{NOW} global.zelPointer.notify_absolute_motion(t, {x}, {y});"
           f"for (let i = 0; i < {times}; ++i) {{ global.zelPointer.notify_button(t, {button}, 1);"
           f"global.zelPointer.notify_button(t, {button}, 0); }} return 1;")
@@ -51,7 +59,7 @@ def click(x, y, button=1, times=1):
 def key(name):
     """On GNOME as the key's evdev code: Xwayland under GNOME 48 drops a bare keysym."""
     if not gnome:
-        return desktop.key(name)
+        return on_screen("xdotool", "key", name)
     code = {"Escape": 1}[name]
     shell(f"{NOW} global.zelKeys.notify_key(t, {code}, 1);"
           f"global.zelKeys.notify_key(t, {code}, 0); return 1;")
@@ -68,10 +76,10 @@ def picture(name):
               f"'{path}').replace(null, false, 0, null); new imports.gi.Shell.Screenshot()"
               ".screenshot(false, out, (shot, done) => { shot.screenshot_finish(done);"
               " out.close(null); }); return 1;") if gnome else \
-            desktop.run("import", "-window", "root", path)
+            on_screen("import", "-window", "root", path)
         return wait_for(lambda: os.path.exists(path) and desktop.run("identify", "-format", "%#",
                                                                      path), 10)
-    return wait_steady(taken, 10) and path
+    return wait_steady(taken, 30) and path  # past a notification too
 
 
 def popover():
@@ -82,14 +90,28 @@ def popover():
 
 
 def plasma_menu():
-    """The frame of the menu Plasma draws for the item: a small window of plasmashell's."""
+    """The frame of the menu Plasma draws for the item: a small window of plasmashell's. Under
+    Wayland, where it is no X window, what a picture shows above the panel that the panel's
+    picture did not."""
+    if session == "plasma-wayland":
+        shot = picture("menu")
+        found = shot and re.search(r" (\d+)x(\d+) \d+x\d+\+(\d+)\+(\d+)", desktop.run(
+            "convert", panel, shot, "-crop", f"{SCREEN[0]}x{panel_top()}+0+0", "+repage",
+            "-compose", "difference", "-composite", "-threshold", "5%", "-trim", "info:"))
+        width, height, x, y = (int(value) for value in found.groups()) if found else (0,) * 4
+        return (x, y, width, height) if 50 < width < 600 and 50 < height < 400 else None
     return next((frame for name, frame, _ in desktop.windows("--class", "plasmashell")
                  if frame[2] < 600 and frame[3] < 400), None)
 
 
 def panel_top():
-    """Where the bottom panel's window starts, which a floating panel's reserved area does not
-    reach: the popover must clear the window."""
+    """Where the bottom panel's surface (under X11 its window; under Wayland from its size)
+    starts, which a floating panel's reserved area does not reach: the popover must clear it."""
+    if session == "plasma-wayland":
+        height, floating = re.search(r"(\d+) (\w+)", desktop.gdbus(
+            "org.kde.plasmashell", "/PlasmaShell", "org.kde.PlasmaShell.evaluateScript",
+            "print(panels()[0].height + ' ' + panels()[0].floating)")).groups()
+        return SCREEN[1] - int(height) - (16 if floating == "true" else 0)
     return next((frame[1] for _, frame, window in desktop.windows("--class", "plasmashell")
                  if "_NET_WM_WINDOW_TYPE_DOCK" in desktop.run("xprop", "-id", window,
                                                               "_NET_WM_WINDOW_TYPE")), 800)
@@ -104,7 +126,7 @@ def item():
                      "title: item._label.text};")
     # Plasma's icon, found by its live dot; the title, by the applet's label a reader finds.
     top = panel_top()
-    panel = desktop.run("import", "-window", "root", "-depth", "8", "-crop",
+    panel = on_screen("import", "-window", "root", "-depth", "8", "-crop",
                         f"1280x{800 - top}+0+{top}", "txt:-")
     dots = [(int(x), int(y) + top)
             for x, y in re.findall(r"^(\d+),(\d+): .*#D32F2F", panel, re.M)]
@@ -140,8 +162,9 @@ try:
         env["GSETTINGS_BACKEND"] = "keyfile"
         desktop.run("gsettings", "set", "org.gnome.shell", "enabled-extensions",
                     "['ubuntu-appindicators@ubuntu.com', 'zel-test@zel.example']")
-    if session.endswith("x11"):
+    if session != "gnome-wayland":
         desktop.start_xvfb("+extension", "GLX", "+extension", "RANDR")
+    screen = env.get("DISPLAY")
     if session == "gnome-x11":
         start("gnome-shell", "--x11", "--replace")
     elif gnome:
@@ -166,14 +189,28 @@ try:
             env[name] = shell(f"return imports.gi.GLib.getenv('{name}');")
     if not gnome:
         # Services the bus starts (kglobalaccel) need the display; the applet comes with the app.
+        if session == "plasma-wayland":
+            # kwin draws its screen into a window of the X server, which takes the test's keys
+            # and clicks; it starts the shell, and so learns its Xwayland's display, last.
+            shown, tell = desktop.path("xwayland-display"), desktop.path("tell-display")
+            with open(tell, "w") as script:
+                script.write(f'#!/bin/sh\necho "$DISPLAY" > {shown}\n')
+            os.chmod(tell, 0o755)
+            start("kwin_wayland", "--x11-display", screen, "--xwayland", "--socket", "zel-kwin",
+                  "--width", "1280", "--height", "800", tell)
+            env.update(WAYLAND_DISPLAY="zel-kwin", XDG_SESSION_TYPE="wayland", DISPLAY=wait_for(
+                lambda: os.path.exists(shown) and open(shown).read().strip()))
+        else:
+            start("kwin_x11")
         call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-             "UpdateActivationEnvironment", GLib.Variant("(a{ss})", ({"DISPLAY": env["DISPLAY"]},)))
+             "UpdateActivationEnvironment", GLib.Variant("(a{ss})", ({
+                 name: env[name] for name in ("DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR")
+                 if name in env},)))
         env.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", KDE_SESSION_VERSION=plasma,
                    XDG_CURRENT_DESKTOP="KDE")
         # No splash screen: held here, its name starts no waiting stand-in on the bus.
         Gio.bus_own_name_on_connection(BUS, "org.kde.KSplash", 0, None, None)
         start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
-        start("kwin_x11")
         # The bus starts kded, the watcher's host, when it is first called.
         check("the shell starts", wait_for(lambda: desktop.gdbus(
             f"org.kde.kded{plasma}", "/kded", f"org.kde.kded{plasma}.loadModule",
@@ -187,9 +224,11 @@ try:
             "print(panels().length > 0 && panels()[0].addWidget('example.zel.MenuBar.title') "
             "!== undefined)"), 30)
         enable_accessibility()
-    # A first innings just begun: the shortest title, the item nearest the screen's edge.
+    # A first innings just begun: the shortest title, the item nearest the screen's edge. No
+    # newer version on offer: its notification would move in the pictures the test compares.
     desktop.start_simulator(simulator, "--scenario", "live-first-innings" if session == "gnome-x11"
-                            else "live-second-innings", "--start", "2026-11-22T14:00:00+05:30")
+                            else "live-second-innings", "--start", "2026-11-22T14:00:00+05:30",
+                            "--announce-version", "0.1.0")
     start(app)
     if gnome:
         # The extension may hold a label it never draws, until the next one comes (a ball, 40 s).
@@ -221,8 +260,9 @@ try:
     # GNOME's extension opens the item's menu on a click and activates it on a double click.
     if opens("a click on the item", lambda: click(x, y, times=2 if gnome else 1)):
         colour = "-format", "%[pixel:p{200,400}]", "info:"  # under the click-away window
-        check("the desktop stays in sight around the popover", desktop.run("convert", panel, *colour)
-              == desktop.run("convert", picture("popover"), *colour))
+        shot = picture("popover")
+        check(f"the desktop stays in sight around the popover ({shot})",
+              shot and desktop.run("convert", panel, *colour) == desktop.run("convert", shot, *colour))
         if not gnome:
             tasks = desktop.run("/usr/bin/python3", f"{here}/accessible_tree.py", "plasmashell")
             check("the popover is no task in the task manager", "Scores" not in tasks)
@@ -237,12 +277,19 @@ try:
         (lambda menu: menu and {"x": menu[0] + 40, "y": menu[1] + 12})(plasma_menu()))
     if opens('"Show Scores" in the shell\'s menu', lambda: entry and click(entry["x"], entry["y"])):
         closes("a click on the desktop", lambda: click(300, 300))
-    gnome and shell(f"{ITEM} item.menu.close(); return 1;")  # left open by a failure above
+    # A menu a failure above left open
+    shell(f"{ITEM} item.menu.close(); return 1;") if gnome else plasma_menu() and key("Escape")
     if opens("a click on the item", lambda: click(x, y, times=2 if gnome else 1)):
         click(x, y, button=3)
-        check("a right click on the item closes it and opens the shell's menu", wait_for(
-            lambda: popover() is None and (shell(f"{ITEM} return item.menu.isOpen;") if gnome
-                                           else plasma_menu()), 15))
+        menu = (lambda: shell(f"{ITEM} return item.menu.isOpen;")) if gnome else plasma_menu
+        closed, clicks = wait_for(lambda: popover() is None, 15), 1
+        # Under Plasma 6.3's Wayland session about one such click in five only closes the
+        # popover, as if the menu went with it; a person clicks again.
+        while closed and not wait_for(menu, 15) and session == "plasma-wayland" and clicks < 2:
+            click(x, y, button=3)
+            clicks += 1
+        check(f"a right click on the item closes it and opens the shell's menu ({clicks} clicks)",
+              closed and menu())
 except Exception:  # noqa: BLE001 - a step that raises fails the run, with its trace
     import traceback
     traceback.print_exc()
