@@ -264,19 +264,22 @@ private slots:
         QFETCH(QString, label);
         StatusNotifierItem item([] { return QList<MenuEntry>(); }, {});
         QSignalSpy announced(&item, &StatusNotifierItem::XAyatanaNewLabel);
-        // Nothing is announced before a host reads; the first read finds no label, which then
-        // follows as news (GNOME's extension draws only a label it is told of).
+        QSignalSpy icons(&item, &StatusNotifierItem::NewIcon);
+        QSignalSpy newTip(&item, &StatusNotifierItem::NewToolTip);
+        // Nothing is announced before a host reads; the first read finds no label, which follows
+        // with the icon and tool tip (only such news reliably reaches GNOME's extension's panel).
         item.setTitle({u"\U0001F3CF  Before"_s});
         QCOMPARE(announced.count(), 0);
         QDBusInterface host(QDBusConnection::sessionBus().baseService(), u"/StatusNotifierItem"_s,
                             u"org.kde.StatusNotifierItem"_s);
         QCOMPARE(host.property("XAyatanaLabel").toString(), QString());
         QTRY_COMPARE(announced.count(), 1);
+        QCOMPARE(icons.count() + newTip.count(), 3);
         QCOMPARE(announced[0][0].toString() + host.property("XAyatanaLabel").toString(),
                  u"BeforeBefore"_s);
         item.setTitle({});
         announced.clear();
-        QSignalSpy newTip(&item, &StatusNotifierItem::NewToolTip);
+        newTip.clear();
         // The same text in another state changes the tool tip, not the label.
         item.setTitle({title, StatusTitle::State(state == 0 ? 1 : 0)});
         item.setTitle({title, StatusTitle::State(state)});

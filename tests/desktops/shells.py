@@ -90,9 +90,8 @@ def popover():
 
 
 def plasma_menu():
-    """The frame of the menu Plasma draws for the item: a small window of plasmashell's. Under
-    Wayland, where it is no X window, what a picture shows above the panel that the panel's
-    picture did not."""
+    """The frame of the menu Plasma draws for the item: a small window of plasmashell's; under
+    Wayland, what a picture shows above the panel that the panel's picture did not."""
     if session == "plasma-wayland":
         shot = picture("menu")
         found = shot and re.search(r" (\d+)x(\d+) \d+x\d+\+(\d+)\+(\d+)", desktop.run(
@@ -259,10 +258,10 @@ try:
 
     # GNOME's extension opens the item's menu on a click and activates it on a double click.
     if opens("a click on the item", lambda: click(x, y, times=2 if gnome else 1)):
-        colour = "-format", "%[pixel:p{200,400}]", "info:"  # under the click-away window
+        px = "-format", "%[pixel:p{200,400}]", "info:"  # under the click-away window
         shot = picture("popover")
         check(f"the desktop stays in sight around the popover ({shot})",
-              shot and desktop.run("convert", panel, *colour) == desktop.run("convert", shot, *colour))
+              shot and desktop.run("convert", panel, *px) == desktop.run("convert", shot, *px))
         if not gnome:
             tasks = desktop.run("/usr/bin/python3", f"{here}/accessible_tree.py", "plasmashell")
             check("the popover is no task in the task manager", "Scores" not in tasks)
@@ -283,8 +282,7 @@ try:
         click(x, y, button=3)
         menu = (lambda: shell(f"{ITEM} return item.menu.isOpen;")) if gnome else plasma_menu
         closed, clicks = wait_for(lambda: popover() is None, 15), 1
-        # Under Plasma 6.3's Wayland session about one such click in five only closes the
-        # popover, as if the menu went with it; a person clicks again.
+        # Under Plasma 6.3's Wayland one such click in five only closes the popover: click again.
         while closed and not wait_for(menu, 15) and session == "plasma-wayland" and clicks < 2:
             click(x, y, button=3)
             clicks += 1
