@@ -35,7 +35,8 @@ QList<Value> values(xcb_connection_t *x, xcb_window_t window, xcb_atom_t name, x
 {
     const QByteArray bytes = property(x, window, name, type, 4096);
     QList<Value> list(bytes.size() / qsizetype(sizeof(Value)));
-    memcpy(list.data(), bytes.constData(), size_t(list.size()) * sizeof(Value));
+    if (!list.isEmpty()) // an empty list's data() may be null, which memcpy must never get
+        memcpy(list.data(), bytes.constData(), size_t(list.size()) * sizeof(Value));
     return list;
 }
 } // namespace
