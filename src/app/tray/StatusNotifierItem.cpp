@@ -155,9 +155,23 @@ void StatusNotifierItem::setTitle(const StatusTitle::Line &title)
     // A host that has read no label yet reads this one.
     if (textChanged && m_labelRead)
         emit XAyatanaNewLabel(label(), labelGuide());
+    // The icon's news is what makes GNOME's extension read the accessible name again.
     if (stateChanged)
         drawIcon();
+    else
+        emit NewIcon();
     emit NewToolTip();
+}
+
+QString StatusNotifierItem::accessibleName() const
+{
+    // The live dot is drawn, not said: "Live" says it.
+    QString words = label().remove(QStringLiteral("\U0001F534")).simplified();
+    if (words.isEmpty())
+        return title();
+    const QString state = StatusTitle::inWords({m_title, m_state}, {});
+    return state.isEmpty() ? tr("%1: %2").arg(title(), words)
+                           : tr("%1, %2: %3").arg(title(), state, words);
 }
 
 void StatusNotifierItem::setOfflineNote(const QString &note)

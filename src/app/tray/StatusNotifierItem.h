@@ -32,6 +32,7 @@ class StatusNotifierItem : public StatusItem {
     Q_PROPERTY(DBusToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
     Q_PROPERTY(QDBusObjectPath Menu READ menu)
+    Q_PROPERTY(QString IconAccessibleDesc READ accessibleName)
     Q_PROPERTY(QString XAyatanaLabel READ labelForHost)
     Q_PROPERTY(QString XAyatanaLabelGuide READ labelGuide)
     Q_PROPERTY(uint XAyatanaOrderingIndex READ orderingIndex)
@@ -64,6 +65,9 @@ public:
     bool itemIsMenu() const { return false; }
     QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/MenuBar")); }
     QString label() const { return labelOf(m_title); }
+    // What a screen reader says of the item: its name, then the title in words where it has one.
+    // Title stays the bare name, which hosts list their items by.
+    QString accessibleName() const;
     QString labelForHost(); // notes the host's first read
     QString labelGuide() const;
     uint orderingIndex() const { return 0; }
