@@ -179,6 +179,15 @@ QString StatusTitle::inWords(const Line &title, const QString &offlineNote)
                                                     : state + u'\n' + offlineNote;
 }
 
+QString StatusTitle::spoken(const Line &title)
+{
+    QString words = title.text;
+    words.remove(bat).remove(QStringLiteral("\U0001F534"));
+    words = words.simplified();
+    const QString state = inWords(title, {});
+    return words.isEmpty() || state.isEmpty() ? words : tr("%1: %2").arg(state, words);
+}
+
 QString StatusTitle::countdown(const QDateTime &start, const QDateTime &now)
 {
     const qint64 remaining = now.msecsTo(start);

@@ -45,6 +45,9 @@ public:
     // What the title shows only by its red circle, in words for a tool tip and a screen reader;
     // the offline note after it.
     static QString inWords(const Line &title, const QString &offlineNote);
+    // The title as a screen reader should say it: without the bat and the red circle, its
+    // state in words first ("Live: NTH 45/2 (6.3)"); empty for the bat alone.
+    static QString spoken(const Line &title);
 
 private:
     static Line composeByRules(Schedule today, Schedule fixtures, const QDateTime &now,

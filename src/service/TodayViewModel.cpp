@@ -209,15 +209,19 @@ void TodayViewModel::startScorecardRequests()
                     return;
                 later(self, [self, matchID, result = std::move(result)]() mutable {
                     --self->m_scorecardRequests;
+                    // The outcome is in place before the load ends, so that no one sees a
+                    // moment with neither (a live card on screen would be made again).
+                    const bool isOk = result.isOk();
+                    if (isOk)
+                        self->m_scorecards.insert(matchID, std::move(result).value());
+                    else
+                        self->m_scorecardErrors.insert(matchID, result.error().description);
                     self->m_loadingScorecards.remove(matchID);
                     emit self->loadingScorecardsChanged();
-                    if (result.isOk()) {
-                        self->m_scorecards.insert(matchID, std::move(result).value());
+                    if (isOk)
                         emit self->scorecardsChanged();
-                    } else {
-                        self->m_scorecardErrors.insert(matchID, result.error().description);
+                    else
                         emit self->scorecardErrorsChanged();
-                    }
                     self->startScorecardRequests();
                 });
             });

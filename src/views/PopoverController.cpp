@@ -45,6 +45,7 @@ PopoverController::PopoverController(TodayViewModel &vm, const QString &serviceU
           &TodayViewModel::matchesChanged, &TodayViewModel::resultMatchesChanged,
           &TodayViewModel::fixtureMatchesChanged})
         connect(&vm, signal, this, &PopoverController::showTabs);
+    connect(&vm, &TodayViewModel::isLoadingChanged, this, &PopoverController::announceRefreshed);
     for (auto signal : {&TodayViewModel::lastUpdatedChanged, &TodayViewModel::offlineChanged})
         connect(&vm, signal, this, &PopoverController::headerChanged);
     for (auto signal : {&TodayViewModel::scorecardsChanged, &TodayViewModel::scorecardErrorsChanged,
@@ -151,7 +152,31 @@ void PopoverController::opening()
 
 void PopoverController::refresh()
 {
+    m_refreshAsked = true;
     m_vm.reload();
+    announceRefreshed(); // a reload already under way settles with no news of its own
+}
+
+void PopoverController::announceRefreshed()
+{
+    if (!m_refreshAsked || m_vm.isLoading())
+        return;
+    m_refreshAsked = false;
+    const QString updated = updatedLabel();
+    if (updated.isEmpty())
+        emit announcement(m_todayTab.message());
+    else if (offlineReason().isEmpty())
+        emit announcement(updated);
+    else
+        emit announcement(tr("%1. %2").arg(updated, offlineReason()));
+}
+
+QString PopoverController::headline() const
+{
+    QStringList parts{TodayPresenter::label(m_activeTab),
+                      StatusTitle::spoken(m_vm.statusBarTitle()), updatedLabel()};
+    parts.removeAll(QString());
+    return parts.join(tr(". "));
 }
 
 void PopoverController::retry(Popover::Tab tab)

@@ -76,6 +76,11 @@ public:
     Q_INVOKABLE bool retryIfFailed();
     // A row opened (or a live row came on screen): load its scorecard unless it is cached.
     Q_INVOKABLE void scorecardWanted(const QString &matchKey);
+    // What a screen reader hears as the popover comes up: the tab, the title in words and
+    // how fresh the data is.
+    Q_INVOKABLE QString headline() const;
+    // Says the text to a screen reader without moving the focus.
+    Q_INVOKABLE void announce(const QString &text) { emit announcement(text); }
 
 signals:
     void activeTabChanged();
@@ -83,10 +88,13 @@ signals:
     void settingsOpenChanged();
     // A scorecard, its loading or error state, or the match it belongs to changed.
     void scorecardsChanged();
+    void announcement(const QString &text);
 
 private:
     void showTabs();
     void showFavourite();
+    // Once a refresh the user asked for has settled: when the data is from, or why it is old.
+    void announceRefreshed();
 
     TodayViewModel &m_vm;
     QString m_serviceURL;
@@ -98,6 +106,7 @@ private:
     PopoverTab m_fixturesTab;
     Preferences *m_preferences;
     std::unique_ptr<SettingsController> m_settings;
+    bool m_refreshAsked = false;
     bool m_settingsOpen = false;
     Popover::Tab m_activeTab = Popover::Tab::Today;
     QByteArray m_timeZone = QTimeZone::systemTimeZoneId();

@@ -21,8 +21,8 @@ QVariant ScoreTableModel::data(const QModelIndex &index, int role) const
         return row.dim;
     case PlaceholderRole:
         return row.placeholder;
-    case SpokenPlaceholderRole:
-        return row.spokenPlaceholder;
+    case SpokenRole:
+        return row.spoken;
     case TookWicketsRole:
         return row.tookWickets;
     }
@@ -31,25 +31,31 @@ QVariant ScoreTableModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> ScoreTableModel::roleNames() const
 {
-    return {{NameRole, "name"},
-            {FiguresRole, "figures"},
-            {StrongRole, "strong"},
-            {DimRole, "dim"},
-            {PlaceholderRole, "placeholder"},
-            {TookWicketsRole, "tookWickets"},
-            {SpokenPlaceholderRole, "spokenPlaceholder"}};
+    return {
+        {NameRole, "name"},    {FiguresRole, "figures"},         {StrongRole, "strong"},
+        {DimRole, "dim"},      {PlaceholderRole, "placeholder"}, {TookWicketsRole, "tookWickets"},
+        {SpokenRole, "spoken"}};
 }
 
 void ScoreTableModel::setRows(QList<Row> rows)
 {
     if (rows == m_rows)
         return;
-    if (rows.size() != m_rows.size()) {
-        beginResetModel();
-        m_rows = std::move(rows);
-        endResetModel();
-        return;
+    // Lines come and go at the end (the next batter in, a new bowler on); the lines that stay
+    // change in place, so that their delegates, and the keyboard focus on one, stay too.
+    const int kept = int(qMin(rows.size(), m_rows.size()));
+    if (rows.size() < m_rows.size()) {
+        beginRemoveRows({}, kept, int(m_rows.size()) - 1);
+        m_rows.resize(kept);
+        endRemoveRows();
     }
-    m_rows = std::move(rows);
-    emit dataChanged(index(0), index(int(m_rows.size()) - 1));
+    for (int row = 0; row < kept; ++row)
+        m_rows[row] = rows[row];
+    if (kept > 0)
+        emit dataChanged(index(0), index(kept - 1));
+    if (rows.size() > kept) {
+        beginInsertRows({}, kept, int(rows.size()) - 1);
+        m_rows.append(rows.mid(kept));
+        endInsertRows();
+    }
 }

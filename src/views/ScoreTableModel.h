@@ -17,17 +17,17 @@ public:
         StrongRole,
         DimRole,
         PlaceholderRole,
-        SpokenPlaceholderRole,
+        SpokenRole,
         TookWicketsRole
     };
 
     struct Row {
         QString name;
         QStringList figures;
-        bool strong = false;       // a batter at the crease or not out; the bowler on
-        bool dim = false;          // a batter out or yet to bat
-        QString placeholder;       // "—" or "DNB" in place of the figures
-        QString spokenPlaceholder; // the same in words, for a screen reader
+        bool strong = false; // a batter at the crease or not out; the bowler on
+        bool dim = false;    // a batter out or yet to bat
+        QString placeholder; // "—" or "DNB" in place of the figures
+        QString spoken;      // the whole line in words, for a screen reader
         bool tookWickets = false;
         bool operator==(const Row &) const = default;
     };
@@ -38,7 +38,7 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    // Rows of the same count change in place, so that a live update does not rebuild the table.
+    // Lines change in place where they can, so that a live update does not rebuild the table.
     void setRows(QList<Row> rows);
 
 private:

@@ -104,20 +104,19 @@ void ScorecardModel::showInnings(const ZelMatch &match, const ZelScorecard &card
              .placeholder = state == State::Waiting     ? QStringLiteral("\u2014")
                             : state == State::DidNotBat ? tr("DNB", "did not bat")
                                                         : QString(),
-             .spokenPlaceholder = state == State::Waiting     ? tr("yet to bat")
-                                  : state == State::DidNotBat ? tr("did not bat")
-                                                              : QString(),
+             .spoken = ScorecardPresenter::spokenBatting(entry, state),
              .tookWickets = false});
     }
     QList<ScoreTableModel::Row> bowling;
     for (const ZelBowlingEntry &entry : innings.bowling) {
+        const bool bowlingNow = ScorecardPresenter::isCurrentBowler(match, entry);
         bowling.append(
             {.name = entry.name,
              .figures = {entry.overs, entry.maidens, entry.runs, entry.wickets, entry.economy},
-             .strong = ScorecardPresenter::isCurrentBowler(match, entry),
+             .strong = bowlingNow,
              .dim = false,
              .placeholder = {},
-             .spokenPlaceholder = {},
+             .spoken = ScorecardPresenter::spokenBowling(entry, bowlingNow),
              .tookWickets = ScorecardPresenter::tookWickets(entry)});
     }
     m_batting.setRows(std::move(batting));

@@ -24,6 +24,14 @@ QString withoutMarks(QString name)
     return name;
 }
 
+// "no fours", "1 four", "3 fours"; a figure that is not a count is said as it stands.
+QString counted(const QString &figure, const QString &one, const QString &many, const QString &none)
+{
+    if (figure == u'0')
+        return none;
+    return figure + u' ' + (figure == u'1' ? one : many);
+}
+
 } // namespace
 
 int ScorecardPresenter::initialInnings(const ZelMatch &match)
@@ -111,4 +119,61 @@ bool ScorecardPresenter::tookWickets(const ZelBowlingEntry &entry)
     bool isNumber = false;
     const int wickets = entry.wickets.toInt(&isNumber);
     return isNumber && wickets >= 1;
+}
+
+QString ScorecardPresenter::spokenName(const QString &name)
+{
+    QStringList words{trimSpacesAndTabs(withoutMarks(name))};
+    for (qsizetype open = name.indexOf(u'('); open >= 0; open = name.indexOf(u'(', open + 1)) {
+        const qsizetype close = name.indexOf(u')', open + 1);
+        if (close < 0)
+            break;
+        const QString mark = name.mid(open + 1, close - open - 1).trimmed();
+        if (mark == QLatin1StringView("c"))
+            words.append(tr("captain"));
+        else if (mark == QLatin1StringView("wk"))
+            words.append(tr("wicket-keeper"));
+        else if (!mark.isEmpty())
+            words.append(mark);
+    }
+    return words.join(QStringLiteral(", "));
+}
+
+QString ScorecardPresenter::spokenBatting(const ZelBattingEntry &entry, BatsmanState state)
+{
+    const QString name = spokenName(entry.name);
+    switch (state) {
+    case BatsmanState::Waiting:
+        return tr("%1, yet to bat").arg(name);
+    case BatsmanState::DidNotBat:
+        return tr("%1, did not bat").arg(name);
+    default:
+        break;
+    }
+    const QString how = state == BatsmanState::Striker      ? tr("on strike")
+                        : state == BatsmanState::NonStriker ? tr("at the non-striker's end")
+                        : state == BatsmanState::NotOut     ? tr("not out")
+                                                            : tr("out");
+    QString figures = tr("%1 from %2, %3, %4")
+                          .arg(counted(entry.runs, tr("run"), tr("runs"), tr("0 runs")),
+                               counted(entry.balls, tr("ball"), tr("balls"), tr("0 balls")),
+                               counted(entry.fours, tr("four"), tr("fours"), tr("no fours")),
+                               counted(entry.sixes, tr("six"), tr("sixes"), tr("no sixes")));
+    if (entry.strikeRate != u'-')
+        figures += tr(", strike rate %1").arg(entry.strikeRate);
+    return tr("%1, %2: %3").arg(name, how, figures);
+}
+
+QString ScorecardPresenter::spokenBowling(const ZelBowlingEntry &entry, bool bowlingNow)
+{
+    const QString name = spokenName(entry.name);
+    QString figures =
+        tr("%1, %2, %3, %4")
+            .arg(counted(entry.overs, tr("over"), tr("overs"), tr("0 overs")),
+                 counted(entry.maidens, tr("maiden"), tr("maidens"), tr("no maiden")),
+                 counted(entry.runs, tr("run"), tr("runs"), tr("0 runs")),
+                 counted(entry.wickets, tr("wicket"), tr("wickets"), tr("no wicket")));
+    if (entry.economy != u'-')
+        figures += tr(", economy %1").arg(entry.economy);
+    return tr("%1: %2").arg(bowlingNow ? tr("%1, bowling").arg(name) : name, figures);
 }

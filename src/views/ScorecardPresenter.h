@@ -36,4 +36,14 @@ public:
     static bool isCurrentBowler(const ZelMatch &match, const ZelBowlingEntry &entry);
     // A wicket column reading 1 or more stands out; nought or nonsense recedes.
     static bool tookWickets(const ZelBowlingEntry &entry);
+
+    // A scorecard line as a commentator would say it: the player, the marks and the state in
+    // words, then each figure with its name ("Sameer Khan, captain, not out: 32 runs from 27
+    // balls, 3 fours, 1 six, strike rate 119"; "Liam Iyer, yet to bat").
+    static QString spokenBatting(const ZelBattingEntry &entry, BatsmanState state);
+    static QString spokenBowling(const ZelBowlingEntry &entry, bool bowlingNow);
+
+private:
+    // The name, then its marks in words: "Arjun Mehta (c)" is "Arjun Mehta, captain".
+    static QString spokenName(const QString &name);
 };

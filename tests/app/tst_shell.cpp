@@ -255,7 +255,7 @@ private slots:
                               << u"Zel Menu Bar, Live: NTH 45/2 (6.3)"_s;
         QTest::addRow("result") << u"\U0001F3CF  NTH won by 5 wkts"_s << int(State::Quiet)
                                 << u"NTH won by 5 wkts"_s << QString()
-                                << u"Zel Menu Bar: NTH won by 5 wkts"_s;
+                                << u"Zel Menu Bar, NTH won by 5 wkts"_s;
     }
 
     void itemPublishesTheTitle()

@@ -125,7 +125,7 @@ private slots:
         QCOMPARE(card.inningsLabels(), QStringList({u"1st \u00B7 NTH"_s, u"2nd \u00B7 STH"_s}));
         QCOMPARE(card.score(), u"50/1"_s);
         QCOMPARE(card.overs(), u"6.2 Ov"_s);
-        // Per row: strong, dim, took wickets, placeholder and its words, first figure.
+        // Per row: strong, dim, took wickets, placeholder, first figure.
         const auto rows = [](const ScoreTableModel &table) {
             QStringList shown;
             for (int row = 0; row < table.rowCount(); ++row) {
@@ -135,24 +135,24 @@ private slots:
                 shown << u"%1%2%3 %4 %5"_s.arg(int(cell(ScoreTableModel::StrongRole).toBool()))
                              .arg(int(cell(ScoreTableModel::DimRole).toBool()))
                              .arg(int(cell(ScoreTableModel::TookWicketsRole).toBool()))
-                             .arg(cell(ScoreTableModel::PlaceholderRole).toString() +
-                                      cell(ScoreTableModel::SpokenPlaceholderRole).toString(),
+                             .arg(cell(ScoreTableModel::PlaceholderRole).toString(),
                                   cell(ScoreTableModel::FiguresRole).toStringList().value(0));
             }
             return shown;
         };
         // The striker stands out despite "(c)"; the one out and the one waiting are dimmed.
         QCOMPARE(rows(*card.batting()),
-                 (QStringList{u"100  30"_s, u"010  2"_s, u"010 \u2014yet to bat 0"_s}));
+                 (QStringList{u"100  30"_s, u"010  2"_s, u"010 \u2014 0"_s}));
         QCOMPARE(rows(*card.bowling()), QStringList{u"001  1.2"_s});
         card.setChosenInnings(1);
         QCOMPARE(card.isYetToBat(), true);
         QCOMPARE(card.yetToBatName(), u"Southshore"_s);
 
         // A live card being fetched again stays on screen until the new one is in, which
-        // changes its rows in place.
+        // changes its rows in place, and brings a new bowler on as one more line.
         QByteArray next = liveCard;
         next.replace(R"("runs": 30)", R"("runs": 34)");
+        next.replace(R"("wickets": 1})", R"("wickets": 1}, {"name": "Om"})");
         m_server->script("/api/matches/9007199254740993/scorecard", {200, next, 500ms});
         card.setChosenInnings(0);
         m_vm->fetchToday();
@@ -161,11 +161,19 @@ private slots:
         QCOMPARE(card.score(), u"50/1"_s);
         QSignalSpy reset(card.batting(), &QAbstractItemModel::modelReset);
         QSignalSpy changed(card.batting(), &QAbstractItemModel::dataChanged);
+        QSignalSpy bowlerOn(card.bowling(), &QAbstractItemModel::rowsInserted);
+        QList<Popover::Card> seen;
+        connect(&card, &ScorecardModel::changed, this, [&] { seen << card.state(); });
+        QAbstractItemModelTester bowlingTester(
+            card.bowling(), QAbstractItemModelTester::FailureReportingMode::QtTest);
         QVERIFY(settled());
         QCOMPARE(m_server->requestCount("/api/matches/9007199254740993/scorecard"), 2);
         QCOMPARE(rows(*card.batting()).first(), u"100  34"_s);
         QCOMPARE(reset.count(), 0);
         QCOMPARE(changed.last().at(1).toModelIndex().row(), card.batting()->rowCount() - 1);
+        QCOMPARE(rows(*card.bowling()), (QStringList{u"001  1.2"_s, u"000  0"_s}));
+        QCOMPARE(bowlerOn.count(), 1);
+        QCOMPARE(seen, QList<Popover::Card>(seen.size(), Popover::Card::Ready)); // never gone
     }
 
     // What the user did with a row stays with its match in the list, whatever the delegates do.

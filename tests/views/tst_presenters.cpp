@@ -270,6 +270,58 @@ private slots:
         if (status == "live" && notOut == "1")
             QVERIFY(ScorecardPresenter::batsmanState(m, entry, 2) != BatsmanState::Striker);
     }
+
+    // A scorecard line as a screen reader says it.
+    void spokenLines_data()
+    {
+        QTest::addColumn<QStringList>("figures"); // name, then the figures in column order
+        QTest::addColumn<int>("state");           // a batter's; -1 bowling, -2 bowling now
+        QTest::addColumn<QString>("spoken");
+        QTest::newRow("captain not out")
+            << QStringList{u"Sameer Khan (c)"_s, u"32"_s, u"27"_s, u"3"_s, u"1"_s, u"119"_s}
+            << int(BatsmanState::NotOut)
+            << u"Sameer Khan, captain, not out: 32 runs from 27 balls, 3 fours, 1 six, strike "
+               u"rate 119"_s;
+        QTest::newRow("keeper on strike, no boundary, no rate")
+            << QStringList{u"(wk) Kabir Rao"_s, u"1"_s, u"1"_s, u"0"_s, u"0"_s, u"-"_s}
+            << int(BatsmanState::Striker)
+            << u"Kabir Rao, wicket-keeper, on strike: 1 run from 1 ball, no fours, no sixes"_s;
+        QTest::newRow("out for a duck")
+            << QStringList{u"Dev Iyer"_s, u"0"_s, u"2"_s, u"0"_s, u"0"_s, u"0.00"_s}
+            << int(BatsmanState::Out)
+            << u"Dev Iyer, out: 0 runs from 2 balls, no fours, no sixes, strike rate 0.00"_s;
+        QTest::newRow("yet to bat")
+            << QStringList{u"Liam Iyer"_s, u"0"_s, u"0"_s, u"0"_s, u"0"_s, u"-"_s}
+            << int(BatsmanState::Waiting) << u"Liam Iyer, yet to bat"_s;
+        QTest::newRow("bowler") << QStringList{u"Yash Bhatt"_s, u"2"_s, u"0"_s,
+                                               u"18"_s,         u"0"_s, u"9.00"_s}
+                                << -1
+                                << u"Yash Bhatt: 2 overs, no maiden, 18 runs, no wicket, economy "
+                                   u"9.00"_s;
+        QTest::newRow("bowling now, no economy yet")
+            << QStringList{u"Om Rao"_s, u"0.1"_s, u"1"_s, u"1"_s, u"1"_s, u"-"_s} << -2
+            << u"Om Rao, bowling: 0.1 overs, 1 maiden, 1 run, 1 wicket"_s;
+    }
+
+    void spokenLines()
+    {
+        QFETCH(QStringList, figures);
+        QFETCH(int, state);
+        if (state < 0) {
+            const ZelBowlingEntry bowler{figures[0], figures[1], figures[2],
+                                         figures[3], figures[4], figures[5]};
+            QTEST(ScorecardPresenter::spokenBowling(bowler, state == -2), "spoken");
+            return;
+        }
+        ZelBattingEntry batter;
+        batter.name = figures[0];
+        batter.runs = figures[1];
+        batter.balls = figures[2];
+        batter.fours = figures[3];
+        batter.sixes = figures[4];
+        batter.strikeRate = figures[5];
+        QTEST(ScorecardPresenter::spokenBatting(batter, BatsmanState(state)), "spoken");
+    }
 };
 
 QTEST_GUILESS_MAIN(PresentersTest)

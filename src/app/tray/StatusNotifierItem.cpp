@@ -165,13 +165,8 @@ void StatusNotifierItem::setTitle(const StatusTitle::Line &title)
 
 QString StatusNotifierItem::accessibleName() const
 {
-    // The live dot is drawn, not said: "Live" says it.
-    QString words = label().remove(QStringLiteral("\U0001F534")).simplified();
-    if (words.isEmpty())
-        return title();
-    const QString state = StatusTitle::inWords({m_title, m_state}, {});
-    return state.isEmpty() ? tr("%1: %2").arg(title(), words)
-                           : tr("%1, %2: %3").arg(title(), state, words);
+    const QString words = StatusTitle::spoken({m_title, m_state});
+    return words.isEmpty() ? title() : tr("%1, %2").arg(title(), words);
 }
 
 void StatusNotifierItem::setOfflineNote(const QString &note)

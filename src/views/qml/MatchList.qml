@@ -15,6 +15,9 @@ Item {
         // A tab out of sight holds no rows: they are made again, where they were, when it shows.
         property real keptY: 0
         anchors.fill: parent
+        // Rows count their place among their own list, not among the whole popover's parts.
+        Accessible.role: Accessible.List
+        Accessible.name: matchList.tab.label
         model: visible ? matchList.tab.model : null
         onModelChanged: if (model) contentY = keptY
         onContentYChanged: if (visible) keptY = contentY

@@ -43,8 +43,21 @@ Column {
     }
     Keys.onSpacePressed: activate()
     Keys.onReturnPressed: activate()
-    onExpandedChanged: if (expanded) controller.scorecardWanted(matchKey)
-    Component.onCompleted: if (expanded) controller.scorecardWanted(matchKey)
+    onExpandedChanged: {
+        if (expanded)
+            controller.scorecardWanted(matchKey)
+        // Whoever opened or closed it, a screen reader hears it: the row it has, or else which.
+        // A row made open, as a tab shows, is not news.
+        if (made && Accessible.description !== "")
+            controller.announce(activeFocus ? Accessible.description
+                                            : spokenText + ", " + Accessible.description)
+    }
+    property bool made: false
+    Component.onCompleted: {
+        made = true
+        if (expanded)
+            controller.scorecardWanted(matchKey)
+    }
 
     Item {
         objectName: "mainLine"

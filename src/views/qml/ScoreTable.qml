@@ -72,66 +72,75 @@ Column {
 
     Repeater {
         id: lines
-        RowLayout {
+        Item {
             id: line
+            required property int index
             required property string name
             required property var figures
             required property bool strong
             required property bool dim
             required property string placeholder
-            required property string spokenPlaceholder
+            required property string spoken
             required property bool tookWickets
             width: table.width
-            spacing: 0
-            // Read as one line: "Asha, Runs 30, Balls 20, …", or "Kiran, did not bat".
+            implicitHeight: cells.implicitHeight
+            // One sentence a line, its figures named: the cells only draw it. The table is one
+            // stop in the Tab chain, at its first line; Up and Down go through the lines.
             Accessible.role: Accessible.Row
-            Accessible.name: name + ", " + (spokenPlaceholder !== ""
-                                                ? spokenPlaceholder
-                                                : table.columns.map((column, index) => column[2] + " "
-                                                                    + (figures[index] ?? "")).join(", "))
-            Text {
-                Accessible.ignored: true
-                textFormat: Text.PlainText
-                Layout.fillWidth: true
-                topPadding: 2
-                bottomPadding: 2
-                text: line.name
-                elide: Text.ElideRight
-                font.pixelSize: 11
-                font.weight: line.strong ? Font.DemiBold : Font.Normal
-                color: (table.bowling ? !line.strong : line.dim) ? Theme.secondary : Theme.text
+            Accessible.name: spoken
+            activeFocusOnTab: index === 0
+            Keys.onUpPressed: lines.itemAt(index - 1)?.forceActiveFocus()
+            Keys.onDownPressed: lines.itemAt(index + 1)?.forceActiveFocus()
+            Rectangle {
+                anchors.fill: parent
+                color: Theme.divider
+                visible: line.activeFocus
             }
-            Text {
-                textFormat: Text.PlainText
-                visible: line.placeholder !== ""
-                Accessible.ignored: true
-                Layout.preferredWidth: table.figuresWidth
-                horizontalAlignment: Text.AlignRight
-                text: line.placeholder
-                font.pixelSize: 9
-                font.weight: Font.Medium
-                color: Theme.secondary
-            }
-            Repeater {
-                model: line.placeholder === "" ? table.columns : []
+            RowLayout {
+                id: cells
+                anchors.fill: parent
+                spacing: 0
+                Text {
+                    Accessible.ignored: true
+                    textFormat: Text.PlainText
+                    Layout.fillWidth: true
+                    topPadding: 2
+                    bottomPadding: 2
+                    text: line.name
+                    elide: Text.ElideRight
+                    font.pixelSize: 11
+                    font.weight: line.strong ? Font.DemiBold : Font.Normal
+                    color: (table.bowling ? !line.strong : line.dim) ? Theme.secondary : Theme.text
+                }
                 Text {
                     textFormat: Text.PlainText
-                    required property var modelData
-                    required property int index
-                    readonly property bool key: index === table.keyFigure
-                    Accessible.role: Accessible.Cell
-                    Accessible.name: text
-                    Accessible.description: modelData[2]
-                    Layout.preferredWidth: table.widths[index]
-                    leftPadding: table.gap
+                    visible: line.placeholder !== ""
+                    Accessible.ignored: true
+                    Layout.preferredWidth: table.figuresWidth
                     horizontalAlignment: Text.AlignRight
-                    elide: Text.ElideRight
-                    text: line.figures[index] ?? ""
-                    font.pixelSize: 11
-                    font.weight: !key ? Font.Normal
-                                      : (!table.bowling && line.strong ? Font.Bold : Font.DemiBold)
-                    color: key && (table.bowling ? line.tookWickets : !line.dim) ? Theme.text
-                                                                                 : Theme.secondary
+                    text: line.placeholder
+                    font.pixelSize: 9
+                    font.weight: Font.Medium
+                    color: Theme.secondary
+                }
+                Repeater {
+                    model: line.placeholder === "" ? table.columns.length : 0
+                    Text {
+                        textFormat: Text.PlainText
+                        required property int index
+                        readonly property bool key: index === table.keyFigure
+                        Accessible.ignored: true
+                        Layout.preferredWidth: table.widths[index]
+                        leftPadding: table.gap
+                        horizontalAlignment: Text.AlignRight
+                        elide: Text.ElideRight
+                        text: line.figures[index] ?? ""
+                        font.pixelSize: 11
+                        font.weight: !key ? Font.Normal
+                                          : (!table.bowling && line.strong ? Font.Bold : Font.DemiBold)
+                        color: key && (table.bowling ? line.tookWickets : !line.dim) ? Theme.text
+                                                                                     : Theme.secondary
+                    }
                 }
             }
         }

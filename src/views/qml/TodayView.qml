@@ -16,6 +16,8 @@ Rectangle {
     LayoutMirroring.enabled: root.controller.mirrored
     LayoutMirroring.childrenInherit: true
 
+    readonly property bool windowActive: Window.active
+    onWindowActiveChanged: if (windowActive) announcer.say(controller.headline())
     Keys.onEscapePressed: root.closeRequested()
     Keys.onPressed: (event) => {
         const control = event.modifiers & Qt.ControlModifier
@@ -181,6 +183,26 @@ Rectangle {
                 if (visible)
                     active = true
             }
+        }
+    }
+
+    // The popover's voice: what it says shows as a notification, which a screen reader speaks
+    // where the focus is. Coming up, it says the tab, the title and how fresh the data is.
+    Item {
+        id: announcer
+        objectName: "announcer"
+        width: 1
+        height: 1
+        visible: false
+        Accessible.role: Accessible.Notification
+        function say(text: string) {
+            visible = false
+            Accessible.name = text
+            visible = text !== ""
+        }
+        Connections {
+            target: root.controller
+            function onAnnouncement(text: string) { announcer.say(text) }
         }
     }
 
