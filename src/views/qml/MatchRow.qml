@@ -32,8 +32,11 @@ Column {
     Accessible.role: Accessible.ListItem
     Accessible.name: spokenText
     // A live row opens by itself: it says so as a row the user opened would.
-    Accessible.description: opensOnTap || isLive || expanded
-                            ? (expanded ? qsTr("Expanded") : qsTr("Collapsed")) : ""
+    function openness(): string {
+        return !opensOnTap && !isLive && !expanded ? ""
+                                                   : expanded ? qsTr("Expanded") : qsTr("Collapsed")
+    }
+    Accessible.description: openness()
     Accessible.onPressAction: activate()
     activeFocusOnTab: true
 
@@ -48,9 +51,8 @@ Column {
             controller.scorecardWanted(matchKey)
         // Whoever opened or closed it, a screen reader hears it: the row it has, or else which.
         // A row made open, as a tab shows, is not news.
-        if (made && Accessible.description !== "")
-            controller.announce(activeFocus ? Accessible.description
-                                            : spokenText + ", " + Accessible.description)
+        if (made && openness() !== "")
+            controller.announce(activeFocus ? openness() : spokenText + ", " + openness())
     }
     property bool made: false
     Component.onCompleted: {

@@ -28,7 +28,10 @@ Column {
     // What a screen reader says: the match in a sentence, and whether its detail is open.
     Accessible.role: Accessible.ListItem
     Accessible.name: spokenText
-    Accessible.description: expanded ? qsTr("Expanded") : qsTr("Collapsed")
+    function openness(): string {
+        return expanded ? qsTr("Expanded") : qsTr("Collapsed")
+    }
+    Accessible.description: openness()
     Accessible.onPressAction: activate()
     activeFocusOnTab: true
 
@@ -42,9 +45,8 @@ Column {
             controller.scorecardWanted(matchKey)
         // Whoever opened or closed it, a screen reader hears it: the row it has, or else which.
         // A row made open, as a tab shows, is not news.
-        if (made && Accessible.description !== "")
-            controller.announce(activeFocus ? Accessible.description
-                                            : spokenText + ", " + Accessible.description)
+        if (made && openness() !== "")
+            controller.announce(activeFocus ? openness() : spokenText + ", " + openness())
     }
     property bool made: false
     Component.onCompleted: {

@@ -22,6 +22,8 @@ Column {
         Math.max(headingMetrics.advanceWidth(column[0]), figureMetrics.advanceWidth(column[1])))
         + gap)
     readonly property real figuresWidth: widths.reduce((sum, width) => sum + width, 0)
+    // The line the Tab chain stops at: the last one the keyboard was on.
+    property int tabLine: 0
     width: parent ? parent.width : 0
     Accessible.role: Accessible.Table
     Accessible.name: heading
@@ -85,10 +87,11 @@ Column {
             width: table.width
             implicitHeight: cells.implicitHeight
             // One sentence a line, its figures named: the cells only draw it. The table is one
-            // stop in the Tab chain, at its first line; Up and Down go through the lines.
+            // stop in the Tab chain; Up and Down go through the lines.
             Accessible.role: Accessible.Row
             Accessible.name: spoken
-            activeFocusOnTab: index === 0
+            activeFocusOnTab: index === Math.min(table.tabLine, lines.count - 1)
+            onActiveFocusChanged: if (activeFocus) table.tabLine = index
             Keys.onUpPressed: lines.itemAt(index - 1)?.forceActiveFocus()
             Keys.onDownPressed: lines.itemAt(index + 1)?.forceActiveFocus()
             Rectangle {

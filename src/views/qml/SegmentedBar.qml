@@ -22,14 +22,12 @@ Rectangle {
         const next = bar.currentIndex + (LayoutMirroring.enabled ? -by : by)
         bar.activated(Math.max(0, Math.min(bar.labels.length - 1, next)))
     }
+    // Whether one of the tabs has the keyboard.
+    property bool holdsFocus: false
     // The focus follows the selection, once the owner has made it.
-    onCurrentIndexChanged: {
-        for (let index = 0; index < tabs.count; ++index) {
-            if (tabs.itemAt(index)?.activeFocus) {
-                tabs.itemAt(bar.currentIndex)?.forceActiveFocus()
-                return
-            }
-        }
+    onCurrentIndexChanged: if (holdsFocus) focusSelected()
+    function focusSelected() {
+        tabs.itemAt(currentIndex)?.forceActiveFocus()
     }
 
     Row {
@@ -51,6 +49,7 @@ Rectangle {
                 Accessible.selected: selected
                 Accessible.onPressAction: bar.activated(index)
                 activeFocusOnTab: selected
+                onActiveFocusChanged: bar.holdsFocus = activeFocus
                 Keys.onLeftPressed: bar.step(-1)
                 Keys.onRightPressed: bar.step(1)
                 width: (bar.width - 2) / bar.labels.length

@@ -18,6 +18,28 @@ Rectangle {
 
     readonly property bool windowActive: Window.active
     onWindowActiveChanged: if (windowActive) announcer.say(controller.headline())
+    // Arrows away from the tab bar switch tabs too: the tab that shows is said, and a row of
+    // the tab that went gives the keyboard to the tab bar.
+    Connections {
+        target: root.controller
+        function onActiveTabChanged() {
+            if (!tabBar.holdsFocus)
+                tabSwitch.restart()
+        }
+    }
+    // Once the tabs have shown and hidden.
+    Timer {
+        id: tabSwitch
+        interval: 0
+        onTriggered: root.tabSwitched()
+    }
+    function tabSwitched() {
+        const focused = Window.activeFocusItem
+        if (focused && !focused.visible)
+            tabBar.focusSelected()
+        else
+            announcer.say(controller.tabLabels[controller.activeTab])
+    }
     Keys.onEscapePressed: root.closeRequested()
     Keys.onPressed: (event) => {
         const control = event.modifiers & Qt.ControlModifier
