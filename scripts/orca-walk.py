@@ -9,7 +9,7 @@ an Orca flat review key (KP_7, KP_8, KP_9: line up, this line, line down).
 
 Usage: scripts/orca-walk.py [--build DIR] [--scenario NAME] STEP...
    eg: scripts/orca-walk.py show Tab Right Right Tab space Tab Right idle:75 Tab
-Needs: orca, speech-dispatcher-espeak-ng, Xvfb, xdotool (scripts/install-deps.sh --orca).
+Needs, beyond the test dependencies: the orca and speech-dispatcher-espeak-ng packages.
 """
 import argparse
 import os

@@ -240,6 +240,12 @@ try:
         app, "--expected-title") and shown)(wait_steady(item, 5)), 60)
     check(f"the panel shows the whole title{'' if gnome else ', the icon its live dot'} "
           f"({bar and bar['title']}; {item()})", bar)
+    if gnome:
+        # A screen reader names the item by the title in words: the extension reads it there.
+        heard = wait_for(lambda: (lambda name, title: name == "Zel Menu Bar, Live: " + " ".join(
+            title.replace("\U0001F534", "").split()) and name)(*shell(
+                f"{ITEM} return [item.accessible_name, item._label.text];")), 10)
+        check(f"the reader hears the item by the score ({heard})", heard)
     panel = picture("panel")
     x, y = (bar["x"], bar["y"]) if bar else (0, 0)  # without one the checks below fail alone
     edge = shell("return Main.panel.height;") if gnome else panel_top()

@@ -155,7 +155,8 @@ private slots:
         next.replace(R"("wickets": 1})", R"("wickets": 1}, {"name": "Om"})");
         m_server->script("/api/matches/9007199254740993/scorecard", {200, next, 500ms});
         card.setChosenInnings(0);
-        m_vm->fetchToday();
+        QSignalSpy said(m_popover.get(), &PopoverController::announcement);
+        m_popover->refresh();
         QTRY_VERIFY(m_vm->loadingScorecards().contains(9007199254740993));
         QCOMPARE(card.state(), Popover::Card::Ready);
         QCOMPARE(card.score(), u"50/1"_s);
@@ -174,6 +175,10 @@ private slots:
         QCOMPARE(rows(*card.bowling()), (QStringList{u"001  1.2"_s, u"000  0"_s}));
         QCOMPARE(bowlerOn.count(), 1);
         QCOMPARE(seen, QList<Popover::Card>(seen.size(), Popover::Card::Ready)); // never gone
+        // The refresh said, once settled, when the data is from; opening says the headline.
+        QCOMPARE(said.count(), 1);
+        QCOMPARE(said[0][0].toString(), m_popover->updatedLabel());
+        QCOMPARE(m_popover->headline(), u"Today. Live: NTH 50/1 (6.2). "_s + said[0][0].toString());
     }
 
     // What the user did with a row stays with its match in the list, whatever the delegates do.
