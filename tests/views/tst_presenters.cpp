@@ -293,11 +293,9 @@ private slots:
         QTest::newRow("yet to bat")
             << QStringList{u"Liam Iyer"_s, u"0"_s, u"0"_s, u"0"_s, u"0"_s, u"-"_s}
             << int(BatsmanState::Waiting) << u"Liam Iyer, yet to bat"_s;
-        QTest::newRow("bowler") << QStringList{u"Yash Bhatt"_s, u"2"_s, u"0"_s,
-                                               u"18"_s,         u"0"_s, u"9.00"_s}
-                                << -1
-                                << u"Yash Bhatt: 2 overs, no maiden, 18 runs, no wicket, economy "
-                                   u"9.00"_s;
+        QTest::newRow("bowler, a mark of another kind")
+            << QStringList{u"Yash Bhatt (vc)"_s, u"2"_s, u"0"_s, u"18"_s, u"0"_s, u"9.00"_s} << -1
+            << u"Yash Bhatt, vc: 2 overs, no maiden, 18 runs, no wicket, economy 9.00"_s;
         QTest::newRow("bowling now, no economy yet")
             << QStringList{u"Om Rao"_s, u"0.1"_s, u"1"_s, u"1"_s, u"1"_s, u"-"_s} << -2
             << u"Om Rao, bowling: 0.1 overs, 1 maiden, 1 run, 1 wicket"_s;
