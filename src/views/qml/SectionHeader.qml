@@ -5,7 +5,8 @@ Rectangle {
     width: ListView.view ? ListView.view.width : 0
     implicitHeight: title.implicitHeight + 10
     color: Theme.header
-    Accessible.role: Accessible.Heading
+    // A separator to a screen reader, so that a row's place counts only the rows of its list.
+    Accessible.role: Accessible.Separator
     Accessible.name: section
     Accessible.ignored: section === ""
 
