@@ -16,16 +16,20 @@ Column {
     topPadding: card.state === Popover.Card.None ? 0 : 4
     width: parent ? parent.width : 0
 
-    Row {
-        visible: holder.card.state === Popover.Card.Loading
-        spacing: 4
-        Spinner { width: 14; height: 14; anchors.verticalCenter: parent.verticalCenter }
-        Text {
-            textFormat: Text.PlainText
-            anchors.verticalCenter: parent.verticalCenter
-            text: qsTr("Loading scorecard…")
-            color: Theme.secondary
-            font.pixelSize: 10
+    // Made only while loading: a spinner in every row, shown or not, would be news to a screen
+    // reader each time a list fills.
+    Loader {
+        active: holder.card.state === Popover.Card.Loading
+        sourceComponent: Row {
+            spacing: 4
+            Spinner { width: 14; height: 14; anchors.verticalCenter: parent.verticalCenter }
+            Text {
+                textFormat: Text.PlainText
+                anchors.verticalCenter: parent.verticalCenter
+                text: qsTr("Loading scorecard…")
+                color: Theme.secondary
+                font.pixelSize: 10
+            }
         }
     }
     Text {
