@@ -32,6 +32,12 @@ QString counted(const QString &figure, const QString &one, const QString &many, 
     return figure + u' ' + (figure == u'1' ? one : many);
 }
 
+// ", strike rate 119"; nothing for a rate not known yet ("-").
+QString rate(const QString &format, const QString &figure)
+{
+    return figure == u'-' ? QString() : format.arg(figure);
+}
+
 } // namespace
 
 int ScorecardPresenter::initialInnings(const ZelMatch &match)
@@ -154,26 +160,24 @@ QString ScorecardPresenter::spokenBatting(const ZelBattingEntry &entry, BatsmanS
                         : state == BatsmanState::NonStriker ? tr("at the non-striker's end")
                         : state == BatsmanState::NotOut     ? tr("not out")
                                                             : tr("out");
-    QString figures = tr("%1 from %2, %3, %4")
-                          .arg(counted(entry.runs, tr("run"), tr("runs"), tr("0 runs")),
-                               counted(entry.balls, tr("ball"), tr("balls"), tr("0 balls")),
-                               counted(entry.fours, tr("four"), tr("fours"), tr("no fours")),
-                               counted(entry.sixes, tr("six"), tr("sixes"), tr("no sixes")));
-    if (entry.strikeRate != u'-')
-        figures += tr(", strike rate %1").arg(entry.strikeRate);
+    const QString figures = tr("%1 from %2, %3, %4")
+                                .arg(counted(entry.runs, tr("run"), tr("runs"), tr("0 runs")),
+                                     counted(entry.balls, tr("ball"), tr("balls"), tr("0 balls")),
+                                     counted(entry.fours, tr("four"), tr("fours"), tr("no fours")),
+                                     counted(entry.sixes, tr("six"), tr("sixes"), tr("no sixes"))) +
+                            rate(tr(", strike rate %1"), entry.strikeRate);
     return tr("%1, %2: %3").arg(name, how, figures);
 }
 
 QString ScorecardPresenter::spokenBowling(const ZelBowlingEntry &entry, bool bowlingNow)
 {
     const QString name = spokenName(entry.name);
-    QString figures =
+    const QString figures =
         tr("%1, %2, %3, %4")
             .arg(counted(entry.overs, tr("over"), tr("overs"), tr("0 overs")),
                  counted(entry.maidens, tr("maiden"), tr("maidens"), tr("no maiden")),
                  counted(entry.runs, tr("run"), tr("runs"), tr("0 runs")),
-                 counted(entry.wickets, tr("wicket"), tr("wickets"), tr("no wicket")));
-    if (entry.economy != u'-')
-        figures += tr(", economy %1").arg(entry.economy);
+                 counted(entry.wickets, tr("wicket"), tr("wickets"), tr("no wicket"))) +
+        rate(tr(", economy %1"), entry.economy);
     return tr("%1: %2").arg(bowlingNow ? tr("%1, bowling").arg(name) : name, figures);
 }
