@@ -193,9 +193,9 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
     case SectionTitleRole:
         return row.sectionTitle;
     case HomeFavouriteRole:
-        return !m_favouriteTeamID.isEmpty() && m.homeTeamID == m_favouriteTeamID;
+        return isFavourite(m.homeTeamID);
     case AwayFavouriteRole:
-        return !m_favouriteTeamID.isEmpty() && m.awayTeamID == m_favouriteTeamID;
+        return isFavourite(m.awayTeamID);
     case ExpandedRole:
         return row.expanded;
     case ChosenInningsRole:
@@ -204,9 +204,9 @@ QVariant MatchListModel::roleData(const Row &row, int role) const
         // The star on a badge, in words.
         const QString spoken =
             MatchRowPresenter::spokenText(m, QTimeZone::systemTimeZone(), m_locale);
-        const bool favourite = !m_favouriteTeamID.isEmpty() && (m.homeTeamID == m_favouriteTeamID ||
-                                                                m.awayTeamID == m_favouriteTeamID);
-        return favourite ? tr("%1, your team").arg(spoken) : spoken;
+        return isFavourite(m.homeTeamID) || isFavourite(m.awayTeamID)
+                   ? tr("%1, your team").arg(spoken)
+                   : spoken;
     }
     }
     return {};

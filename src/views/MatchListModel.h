@@ -71,6 +71,11 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 private:
+    bool isFavourite(const QString &teamID) const
+    {
+        return !m_favouriteTeamID.isEmpty() && teamID == m_favouriteTeamID;
+    }
+
     struct Row {
         ZelMatch match;
         QString sectionTitle;
