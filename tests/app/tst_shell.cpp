@@ -19,6 +19,8 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDesktopServices>
 #include <QMenu>
 #include <QMessageBox>
@@ -87,6 +89,21 @@ public slots:
 
 signals:
     void ActionInvoked(uint id, const QString &action);
+};
+
+// A StatusNotifierWatcher on the test's bus that keeps who registered with it.
+class ItemWatcher : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+
+public:
+    QStringList registered;
+
+public slots:
+    void RegisterStatusNotifierItem(const QString &service) { registered.append(service); }
+
+signals:
+    void StatusNotifierItemUnregistered(const QString &item);
 };
 
 } // namespace
@@ -196,6 +213,41 @@ private slots:
                          ->analyticsDisabled.get(),
                      off);
         }
+    }
+
+    // A watcher that drops the item, as GNOME's extension does when its setup fails, is asked
+    // again, a few times at most; another item's news is not the item's.
+    void droppedItemRegistersAgain()
+    {
+        ItemWatcher watcher;
+        QDBusConnection bus =
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"watcher"_s);
+        const auto leave = qScopeGuard([] { QDBusConnection::disconnectFromBus(u"watcher"_s); });
+        QVERIFY(bus.registerObject(u"/StatusNotifierWatcher"_s, &watcher,
+                                   QDBusConnection::ExportAllSlots |
+                                       QDBusConnection::ExportAllSignals));
+        QVERIFY(bus.registerService(u"org.kde.StatusNotifierWatcher"_s));
+        StatusNotifierItem item([] { return QList<MenuEntry>(); }, {});
+        const QString service =
+            u"org.kde.StatusNotifierItem-%1-1"_s.arg(QCoreApplication::applicationPid());
+        QTRY_COMPARE(watcher.registered, QStringList{service});
+        // Drops, then a call to the item through the watcher's connection: its answer comes
+        // after every registration the drops made.
+        const auto registeredAfter = [&](const QStringList &dropped) {
+            for (const QString &id : dropped)
+                emit watcher.StatusNotifierItemUnregistered(id);
+            QDBusMessage read = QDBusMessage::createMethodCall(
+                QDBusConnection::sessionBus().baseService(), u"/StatusNotifierItem"_s,
+                u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+            read << u"org.kde.StatusNotifierItem"_s << u"Id"_s;
+            QDBusPendingCallWatcher answer(bus.asyncCall(read));
+            QSignalSpy answered(&answer, &QDBusPendingCallWatcher::finished);
+            return answered.wait() ? watcher.registered.size() : -1;
+        };
+        QCOMPARE(registeredAfter({u"org.kde.StatusNotifierItem-1-1"_s, service + u"0"_s,
+                                  service + u"/StatusNotifierItem"_s, service}),
+                 3);
+        QCOMPARE(registeredAfter({service, service, service, service}), 6);
     }
 
     // Hosts that draw no label show only the icon: it carries the state, as the tray icon does.

@@ -22,6 +22,9 @@ constexpr std::array iconSides{16, 22, 32, 48};
 
 const QString itemPath = QStringLiteral("/StatusNotifierItem");
 const QString menuPath = QStringLiteral("/MenuBar");
+const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
+constexpr int registerAttempts = 5;
 
 } // namespace
 
@@ -48,16 +51,18 @@ StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries
                              QDBusConnection::ExportAllProperties);
     if (!m_bus.registerService(m_serviceName))
         qCWarning(lcTray) << "could not take the bus name" << m_serviceName;
-
-    registerWithWatcher(5);
+    // GNOME 43's AppIndicator extension drops an item whose setup races its own name watch (one
+    // start in twenty on a busy machine), and the panel loses it for good unless it asks again.
+    m_bus.connect(watcherService, watcherPath, watcherService,
+                  QStringLiteral("StatusNotifierItemUnregistered"), this,
+                  SLOT(watcherDropped(QString)));
+    registerWithWatcher(registerAttempts);
 }
 
 void StatusNotifierItem::registerWithWatcher(int attemptsLeft)
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.kde.StatusNotifierWatcher"), QStringLiteral("/StatusNotifierWatcher"),
-        QStringLiteral("org.kde.StatusNotifierWatcher"),
-        QStringLiteral("RegisterStatusNotifierItem"));
+        watcherService, watcherPath, watcherService, QStringLiteral("RegisterStatusNotifierItem"));
     call << m_serviceName;
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this,
@@ -73,6 +78,20 @@ void StatusNotifierItem::registerWithWatcher(int attemptsLeft)
                         << "the StatusNotifierWatcher refused the item:" << reply->error().name()
                         << reply->error().message();
             });
+}
+
+void StatusNotifierItem::watcherDropped(const QString &item)
+{
+    // Watchers name an item by its service, some with its object path after it.
+    if (item != m_serviceName && !item.startsWith(m_serviceName + u'/'))
+        return;
+    // A host that drops every item it is given is not asked forever.
+    if (m_registrationsAfterDrop == 0) {
+        qCWarning(lcTray) << "the StatusNotifierWatcher dropped the item once more; it stays off";
+        return;
+    }
+    --m_registrationsAfterDrop;
+    registerWithWatcher(registerAttempts);
 }
 
 StatusNotifierItem::~StatusNotifierItem()

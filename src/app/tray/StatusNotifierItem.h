@@ -96,6 +96,7 @@ private:
     QRect pointAt(int x, int y);
     // A watcher that has just taken its bus name may not answer yet: try a few times.
     void registerWithWatcher(int attemptsLeft);
+    Q_SLOT void watcherDropped(const QString &item);
 
     QDBusConnection m_bus;
     QString m_serviceName;
@@ -108,4 +109,5 @@ private:
     QRect m_pointedAt;
     // Whether a host has read the label: only then are new labels announced.
     bool m_labelRead = false;
+    int m_registrationsAfterDrop = 5;
 };
