@@ -61,6 +61,12 @@ def key(name):
     if not gnome:
         return on_screen("xdotool", "key", name)
     code = {"Escape": 1}[name]
+    # The extension's first click on an item opens its menu, and the double click that activates
+    # it closes the menu as the popover takes the focus: GNOME 43 on X11 can keep that menu's
+    # keyboard grab afterwards (one run in fifteen on a busy machine), and no key reaches any
+    # window. A modal turn of the shell's own releases it, as the next menu a person opens does.
+    if session == "gnome-x11":
+        shell("Main.popModal(Main.pushModal(global.stage)); return 1;")
     shell(f"{NOW} global.zelKeys.notify_key(t, {code}, 1);"
           f"global.zelKeys.notify_key(t, {code}, 0); return 1;")
 
@@ -242,10 +248,11 @@ try:
           f"({bar and bar['title']}; {item()})", bar)
     if gnome:
         # A screen reader names the item by the title in words: the extension reads it there.
-        heard = wait_for(lambda: (lambda name, title: name == "Zel Menu Bar, Live: " + " ".join(
-            title.replace("\U0001F534", "").split()) and name)(*shell(
-                f"{ITEM} return [item.accessible_name, item._label.text];")), 10)
-        check(f"the reader hears the item by the score ({heard})", heard)
+        named = []
+        heard = wait_for(lambda: (lambda name, title: named.append(name) or name == (
+            "Zel Menu Bar, Live: " + " ".join(title.replace("\U0001F534", "").split())) and name)(
+                *shell(f"{ITEM} return [item.accessible_name, item._label.text];")), 10)
+        check(f"the reader hears the item by the score ({heard or named[-1:]})", heard)
     panel = picture("panel")
     x, y = (bar["x"], bar["y"]) if bar else (0, 0)  # without one the checks below fail alone
     edge = shell("return Main.panel.height;") if gnome else panel_top()
