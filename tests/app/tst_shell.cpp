@@ -249,9 +249,7 @@ private slots:
         using State = StatusTitle::State;
         QTest::addColumn<int>("state");
         QTest::addColumn<bool>("offline");
-        QTest::addRow("quiet") << int(State::Quiet) << false;
         QTest::addRow("live") << int(State::Live) << false;
-        QTest::addRow("delayed") << int(State::Delayed) << false;
         QTest::addRow("delayed, offline") << int(State::Delayed) << true;
     }
 

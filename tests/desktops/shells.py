@@ -61,10 +61,8 @@ def key(name):
     if not gnome:
         return on_screen("xdotool", "key", name)
     code = {"Escape": 1}[name]
-    # The extension's first click on an item opens its menu, and the double click that activates
-    # it closes the menu as the popover takes the focus: GNOME 43 on X11 can keep that menu's
-    # keyboard grab afterwards (one run in fifteen on a busy machine), and no key reaches any
-    # window. A modal turn of the shell's own releases it, as the next menu a person opens does.
+    # GNOME 43 on X11 can keep the keyboard grab of the menu the extension's first click opened,
+    # and no key reaches a window: a modal turn of the shell's releases it, as a next menu does.
     if session == "gnome-x11":
         shell("Main.popModal(Main.pushModal(global.stage)); return 1;")
     shell(f"{NOW} global.zelKeys.notify_key(t, {code}, 1);"

@@ -162,9 +162,6 @@ private slots:
         QTest::newRow("matchID beyond 64 bits")
             << QByteArray(R"({"matches": [{"matchID": 9223372036854775808}]})")
             << R"("matches[0].matchID" should be an integer but is a number)";
-        QTest::newRow("matchID past every 64-bit integer")
-            << QByteArray(R"({"matches": [{"matchID": 99999999999999999999999}]})")
-            << R"("matches[0].matchID" should be an integer but is a number)";
         QTest::newRow("matchID of 2^63 written as a decimal")
             << QByteArray(R"({"matches": [{"matchID": 9223372036854775808.0}]})")
             << R"("matches[0].matchID" should be an integer but is a number)";
