@@ -51,8 +51,8 @@ StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries
                              QDBusConnection::ExportAllProperties);
     if (!m_bus.registerService(m_serviceName))
         qCWarning(lcTray) << "could not take the bus name" << m_serviceName;
-    // GNOME 43's AppIndicator extension drops an item whose setup races its own name watch (one
-    // start in twenty on a busy machine), and the panel loses it for good unless it asks again.
+    // GNOME 43's AppIndicator extension drops an item whose setup races its own name watch (about
+    // one start in thirty on a busy machine), and the panel loses it for good unless it asks again.
     m_bus.connect(watcherService, watcherPath, watcherService,
                   QStringLiteral("StatusNotifierItemUnregistered"), this,
                   SLOT(watcherDropped(QString)));
