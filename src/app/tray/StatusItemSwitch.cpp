@@ -10,7 +10,6 @@
 
 namespace {
 Q_LOGGING_CATEGORY(lcSwitch, "zel.tray")
-const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
 } // namespace
 
 StatusItemSwitch::StatusItemSwitch(DBusMenuExporter::EntrySource menuEntries, QObject *parent)
@@ -20,12 +19,13 @@ StatusItemSwitch::StatusItemSwitch(DBusMenuExporter::EntrySource menuEntries, QO
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     m_watcher.setConnection(bus);
-    m_watcher.addWatchedService(watcherService);
+    m_watcher.addWatchedService(StatusNotifierItem::watcherService());
     m_watcher.setWatchMode(QDBusServiceWatcher::WatchForRegistration |
                            QDBusServiceWatcher::WatchForUnregistration);
     connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { choose(true); });
     connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { choose(false); });
-    choose(bus.isConnected() && bus.interface()->isServiceRegistered(watcherService));
+    choose(bus.isConnected() &&
+           bus.interface()->isServiceRegistered(StatusNotifierItem::watcherService()));
 }
 
 StatusItemSwitch::~StatusItemSwitch() = default;

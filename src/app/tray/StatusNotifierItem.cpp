@@ -22,7 +22,6 @@ constexpr std::array iconSides{16, 22, 32, 48};
 
 const QString itemPath = QStringLiteral("/StatusNotifierItem");
 const QString menuPath = QStringLiteral("/MenuBar");
-const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 constexpr int registerAttempts = 5;
 
@@ -53,7 +52,7 @@ StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries
         qCWarning(lcTray) << "could not take the bus name" << m_serviceName;
     // GNOME 43's AppIndicator extension drops an item whose setup races its own name watch (about
     // one start in thirty on a busy machine), and the panel loses it for good unless it asks again.
-    m_bus.connect(watcherService, watcherPath, watcherService,
+    m_bus.connect(watcherService(), watcherPath, watcherService(),
                   QStringLiteral("StatusNotifierItemUnregistered"), this,
                   SLOT(watcherDropped(QString)));
     registerWithWatcher(registerAttempts);
@@ -61,8 +60,9 @@ StatusNotifierItem::StatusNotifierItem(DBusMenuExporter::EntrySource menuEntries
 
 void StatusNotifierItem::registerWithWatcher(int attemptsLeft)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        watcherService, watcherPath, watcherService, QStringLiteral("RegisterStatusNotifierItem"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(watcherService(), watcherPath, watcherService(),
+                                       QStringLiteral("RegisterStatusNotifierItem"));
     call << m_serviceName;
     auto *pending = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this,

@@ -50,6 +50,9 @@ public:
 
     // The title without its leading bat and the spaces after it.
     static QString labelOf(const QString &title);
+    // The bus name of the watcher that items register with, and whose coming and going the
+    // status item follows.
+    static QString watcherService() { return QStringLiteral("org.kde.StatusNotifierWatcher"); }
 
     QString category() const { return QStringLiteral("ApplicationStatus"); }
     QString id() const { return QStringLiteral("zel-menubar"); }
